@@ -1,0 +1,85 @@
+// Abnormal-touch cancellation: a pointer that the touch driver flags cancels the whole gesture.
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "aft/frontfp/FrontFPLog.h"
+#include "aft/frontfp/ZqFrontFPAftProcessor.h"
+
+namespace android {
+
+namespace {
+
+/// Over the keyguard, the one window in which an accidental touch costs less than a lost one.
+constexpr std::string_view kSecureCamera = "com.zorvia.camera/com.zorvia.camera.controller.SecureCameraActivity";
+
+/// Windows in front of which a cheek touches the panel.
+constexpr std::string_view kCallActivities[] = {
+    "com.android.incallui/com.android.incallui.InCallActivity",
+    "com.tencent.mm/com.tencent.mm.plugin.voip.ui.VideoActivity",
+    "com.tencent.mobileqq/com.tencent.av.ui.AVActivity",
+};
+
+bool contains(const std::string& name, std::string_view component) { return name.find(component) != std::string::npos; }
+
+}  // namespace
+
+void ZqFrontFPAftProcessor::processInputWindowForAbt(const sp<InputWindowHandle>& focusedWindow, bool keyguardShowing) {
+    sp<InputWindowHandle> released = focusedWindow;  // the old window goes after the lock: its end is the host's code
+    Mutex::Autolock lock(mLock);
+    std::swap(mFocusedWindow, released);
+    mKeyguardShowing = keyguardShowing;
+}
+
+void ZqFrontFPAftProcessor::processRawTouchesForAbt(InputMapper* mapper, int64_t when, RawPointerData& data,
+                                                    BitSet32& idBits) {
+    if (mTouchCanceled) {
+        if (data.touchingIdBits.isEmpty()) mTouchCanceled = false;
+        return;
+    }
+    if (mapper == nullptr) return;
+    for (uint32_t id : idBits) {
+        const RawPointerData::Pointer* p = data.find(id);
+        if (p == nullptr || p->isHovering != 0 || !cancelsGesture(*p)) continue;
+        LOGI("Cancel abnormal touch seq for pointerCount=%d, point(%d, %d), id=%d, extraData=0x%08x", data.pointerCount,
+             p->x, p->y, id, p->extraData);
+        mapper->cancelTouch(when);
+        mTouchCanceled = true;
+        return;
+    }
+}
+
+bool ZqFrontFPAftProcessor::touchAbnormal(const RawPointerData::Pointer& p) const {
+    return (p.extraData & RawPointerData::Pointer::kAbnormal) != 0;
+}
+
+bool ZqFrontFPAftProcessor::touchStylusDirty(const RawPointerData::Pointer& p) const {
+    return (p.extraData & RawPointerData::Pointer::kStylusDirty) != 0;
+}
+
+bool ZqFrontFPAftProcessor::cancelsGesture(const RawPointerData::Pointer& p) {
+    if (!touchAbnormal(p)) return touchStylusDirty(p);
+    if (mFilterAllWindow) return true;
+    const bool costly = isFilteredWindowForeground();  // asked, and logged, for every abnormal pointer
+    return costly || touchStylusDirty(p);
+}
+
+bool ZqFrontFPAftProcessor::isFilteredWindowForeground() {
+    Mutex::Autolock lock(mLock);
+    if (mFocusedWindow == nullptr) return false;
+    const std::string& name = mFocusedWindow->getName();
+    if (mKeyguardShowing) {
+        if (contains(name, kSecureCamera)) return false;
+        LOGD("filtered as keyguard showing");
+        return true;
+    }
+    for (std::string_view activity : kCallActivities) {
+        if (!contains(name, activity)) continue;
+        LOGD("filtered as foreground window(%s)", name.c_str());
+        return true;
+    }
+    return false;
+}
+
+}  // namespace android

@@ -1,0 +1,134 @@
+#include "refhost/Player.h"
+
+#include <chrono>
+
+#include "platform/control/LogSink.h"
+#include "platform/control/Properties.h"
+#include "platform/control/VirtualClock.h"
+
+namespace refhost {
+
+using android::BitSet32;
+using android::InputWindowHandle;
+using android::NotifyKeyArgs;
+using android::sp;
+
+Player::World::World(const TraceHeader& header) {
+    aftplatform::setVirtualTime(0);
+    aftplatform::setLogSink([this](const aftplatform::LogLine& line) {
+        result.log.push_back({line.priority, std::string(line.tag), std::string(line.text)});
+    });
+    aftplatform::properties::clearAll();
+    for (const auto& [key, value] : header.properties) aftplatform::properties::set(key, value);
+}
+
+Player::World::~World() {
+    aftplatform::setLogSink({});
+    aftplatform::useRealClock();
+}
+
+Player::Player(const TraceHeader& header, const std::string& pluginPath) : mWorld(header), mPlugin(pluginPath) {
+    for (const DeviceDescription& device : header.devices) {
+        mDevices.push_back(std::make_unique<HostDevice>(device, mResult.requests));
+    }
+}
+
+Player::~Player() = default;
+
+const CallResult& Player::play(const TraceLine& line) {
+    mResult.line = line.line;
+    mResult.keyResult.reset();
+    mResult.hasFrame = false;
+    mResult.requests.clear();
+    mResult.log.clear();
+    mResult.durationNs = 0;
+    if (line.t) aftplatform::setVirtualTime(*line.t);
+    std::visit([this](const auto& event) { play(event); }, line.event);
+    return mResult;
+}
+
+android::InputMapper* Player::mapper(const DeviceRef& device) {
+    if (!device) return nullptr;
+    for (const auto& known : mDevices) {
+        if (known->id() == *device) return known->mapper();
+    }
+    return nullptr;
+}
+
+template <typename Call>
+void Player::timed(Call call) {
+    const auto start = std::chrono::steady_clock::now();
+    call();
+    const auto end = std::chrono::steady_clock::now();
+    mResult.durationNs = std::chrono::duration_cast<std::chrono::nanoseconds>(end - start).count();
+}
+
+void Player::play(const ProcessKey& call) {
+    timed([&] {
+        mResult.keyResult = mPlugin.processKey(mapper(call.device), call.when, call.keyCode, call.scanCode, call.down,
+                                               call.metaState, call.policyFlags);
+    });
+}
+
+void Player::play(const ProcessRawTouches& call) {
+    FrameResult& result = mResult.frame;
+    mResult.hasFrame = true;
+    result.frame = call.frame;
+    result.ids = call.ids;
+    result.keys.clear();
+    timed([&] { mPlugin.processRawTouches(mapper(call.device), call.when, result.frame, result.ids, mKeys); });
+    result.removed.value = call.ids.value & ~result.ids.value;
+    for (void* record : mKeys) {  // they are the host's now: to dispatch, then to give back
+        result.keys.push_back(*static_cast<const NotifyKeyArgs*>(record));
+        mPlugin.releaseNotifyKeyArgs(record);
+    }
+    mKeys.clear();
+}
+
+void Player::play(const ProcessInputWindow& call) {
+    std::vector<sp<InputWindowHandle>> windows;
+    windows.reserve(call.windows.size());
+    for (const WindowDescription& described : call.windows) {
+        sp<InputWindowHandle> window = new InputWindowHandle();
+        window->token = described.token ? mToken.data() : nullptr;
+        window->name = described.name;
+        window->layoutParamsType = described.type;
+        window->frameLeft = described.frame[0];
+        window->frameTop = described.frame[1];
+        window->frameRight = described.frame[2];
+        window->frameBottom = described.frame[3];
+        window->visible = described.visible;
+        window->aftFlags = described.notchArea ? InputWindowHandle::kNotchArea : 0;
+        windows.push_back(window);
+    }
+    const sp<InputWindowHandle> focused = call.focused ? windows[*call.focused] : sp<InputWindowHandle>();
+    timed([&] { mPlugin.processInputWindow(windows, focused, call.keyguard); });
+}
+
+void Player::play(const ConfigureSurface& call) {
+    android::TouchAffineTransformation calibration;
+    calibration.c = call.calibration;
+    android::RawPointerAxes axes;
+    axes.x = {.valid = 1, .minValue = call.rawX[0], .maxValue = call.rawX[1]};
+    axes.y = {.valid = 1, .minValue = call.rawY[0], .maxValue = call.rawY[1]};
+    timed([&] {
+        mPlugin.configureSurface(mapper(call.device), call.width, call.height, call.orientation, calibration, axes,
+                                 call.scale[0], call.scale[1], call.translate[0], call.translate[1]);
+    });
+}
+
+void Player::play(const NotifyInputStart& /*call*/) {
+    timed([&] { mPlugin.notifyInputStart(); });
+}
+
+void Player::play(const NotifyInputExit& /*call*/) {
+    timed([&] { mPlugin.notifyInputExit(); });
+}
+
+void Player::play(const NotifyScreenState& /*call*/) {
+    timed([&] { mPlugin.notifyScreenState(); });
+}
+
+void Player::play(const SetProperty& happening) { aftplatform::properties::set(happening.key, happening.value); }
+
+}  // namespace refhost

@@ -1,0 +1,264 @@
+#include "refhost/Profile.h"
+
+#include <libevdev/libevdev.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "platform/control/Properties.h"
+#include "refhost/YamlFields.h"
+
+namespace refhost {
+
+namespace {
+
+constexpr uint32_t kKeyboardSource = 257;
+
+std::string contentsOf(const std::string& path) {
+    std::error_code fault;
+    if (std::filesystem::is_directory(path, fault)) {
+        throw FileError(fmt::format("{}: is a directory; expected a file", path));
+    }
+    std::ifstream file(path, std::ios::binary);
+    if (!file) throw FileError(fmt::format("{}: {}", path, std::strerror(errno)));
+    std::ostringstream text;
+    text << file.rdbuf();
+    return std::move(text).str();
+}
+
+void setProperty(Profile& profile, const std::string& key, const std::string& value) {
+    const auto same = [&](const auto& property) { return property.first == key; };
+    const auto known = std::find_if(profile.properties.begin(), profile.properties.end(), same);
+    if (known != profile.properties.end()) {
+        known->second = value;
+    } else {
+        profile.properties.emplace_back(key, value);
+    }
+}
+
+void readPropertyFile(const YAML::Node& node, const YamlPlace& place, const std::string& folder, Profile& profile) {
+    std::string path;
+    readYaml(node, place, path);
+    const std::string found = (std::filesystem::path(folder) / path).string();  // an absolute path stays itself
+    std::istringstream text(contentsOf(found));
+    try {
+        for (const auto& [key, value] : aftplatform::properties::parse(text, found)) setProperty(profile, key, value);
+    } catch (const aftplatform::properties::ParseError& fault) {
+        throw InputError(fault.what());
+    }
+}
+
+void readProperties(const YAML::Node& node, const YamlPlace& place, Profile& profile) {
+    if (!node.IsMap()) place.fault(node, "not a map; expected properties with values");
+    for (const auto& entry : node) {
+        const std::string key = entry.first.Scalar();
+        std::string value;
+        readYaml(entry.second, place.below(key), value);
+        if (value.size() > aftplatform::properties::kMaxValueLength) {
+            place.below(key).fault(entry.second, fmt::format("{} bytes long; expected at most {}", value.size(),
+                                                             aftplatform::properties::kMaxValueLength));
+        }
+        setProperty(profile, key, value);
+    }
+}
+
+/// The keys that both devices have.
+void readDevice(YamlFields& fields, ProfileDevice& device) {
+    fields.required("name", device.device.name);
+    fields.required("id", device.device.id);
+    fields.optional("external", device.device.external);
+    fields.optional("sources", device.device.sources);
+    fields.optional("recorded", device.recorded);
+}
+
+void readSurface(const YAML::Node& node, const YamlPlace& place, ConfigureSurface& surface) {
+    YamlFields fields(node, place);
+    fields.required("width", surface.width);
+    fields.required("height", surface.height);
+    fields.optional("orientation", surface.orientation);
+    fields.optional("calibration", surface.calibration);
+    surface.rawX = {0, surface.width > 0 ? surface.width - 1 : 0};
+    surface.rawY = {0, surface.height > 0 ? surface.height - 1 : 0};
+    fields.optional("raw_x", surface.rawX);
+    fields.optional("raw_y", surface.rawY);
+    fields.optional("scale", surface.scale);
+    fields.optional("translate", surface.translate);
+    fields.done();
+}
+
+void readTouch(const YAML::Node& node, const YamlPlace& place, Profile& profile) {
+    YamlFields fields(node, place);
+    readDevice(fields, profile.touch);
+    profile.surface.device = profile.touch.device.id;
+    const auto surface = [&](const YAML::Node& value, const YamlPlace& at) { readSurface(value, at, profile.surface); };
+    if (!fields.with("surface", surface)) place.below("surface").fault(node, "missing; expected this key");
+    fields.done();
+}
+
+/// A scan code as a number, or as the kernel's name of the key.
+uint16_t readScanCode(const YAML::Node& node, const YamlPlace& place) {
+    const std::string text = node.IsScalar() ? node.Scalar() : "";
+    if (const int code = libevdev_event_code_from_name(EV_KEY, text.c_str()); code >= 0) {
+        return static_cast<uint16_t>(code);
+    }
+    uint16_t code = 0;
+    int64_t number = 0;
+    if (!node.IsScalar() || !YAML::convert<int64_t>::decode(node, number)) {
+        place.fault(node, "no scan code; expected a number or a name such as KEY_SELECT");
+    }
+    readYaml(node, place, code);
+    return code;
+}
+
+void readKeys(const YAML::Node& node, const YamlPlace& place, Profile& profile) {
+    ProfileKeys& keys = profile.keys.emplace();
+    keys.device.sources = kKeyboardSource;
+    YamlFields fields(node, place);
+    readDevice(fields, keys);
+    fields.optional("policy_flags", keys.policyFlags);
+    fields.with("scancodes", [&](const YAML::Node& map, const YamlPlace& at) {
+        if (!map.IsMap()) at.fault(map, "not a map; expected scan codes with key codes");
+        for (const auto& entry : map) {
+            const YamlPlace here = at.below(entry.first.Scalar());
+            const uint16_t scanCode = readScanCode(entry.first, here);
+            if (keys.keyCodes.contains(scanCode)) here.fault(entry.first, "given twice; expected once");
+            readYaml(entry.second, here, keys.keyCodes[scanCode]);
+        }
+    });
+    fields.done();
+    if (keys.device.id == profile.touch.device.id) {
+        place.below("id").fault(node, "the touch device has it; expected an id of its own");
+    }
+}
+
+WindowDescription readWindow(const YAML::Node& node, const YamlPlace& place) {
+    WindowDescription window;
+    YamlFields fields(node, place);
+    fields.required("name", window.name);
+    fields.optional("token", window.token);
+    fields.optional("type", window.type);
+    fields.optional("frame", window.frame);
+    fields.optional("visible", window.visible);
+    fields.optional("notch_area", window.notchArea);
+    fields.done();
+    return window;
+}
+
+/// `windows`, `focused` and `keyguard`, of which those that are absent stay as `shown` has them. False: none is there.
+bool readShown(YamlFields& fields, ProcessInputWindow& shown) {
+    const bool windows = fields.with("windows", [&](const YAML::Node& list, const YamlPlace& place) {
+        if (!list.IsSequence()) place.fault(list, "not a list; expected the windows");
+        shown.windows.clear();
+        shown.focused.reset();
+        for (size_t i = 0; i < list.size(); ++i) shown.windows.push_back(readWindow(list[i], place.at(i)));
+    });
+    const bool focused = fields.with("focused", [&](const YAML::Node& node, const YamlPlace& place) {
+        if (node.IsScalar() && node.Scalar() == "none") return shown.focused.reset();
+        readYaml(node, place, shown.focused.emplace());
+        if (*shown.focused >= shown.windows.size()) {
+            place.fault(node, "no window of this index; expected one of the list, from 0, or none");
+        }
+    });
+    const bool keyguard = fields.optional("keyguard", shown.keyguard);
+    return windows || focused || keyguard;
+}
+
+/// Reads the timeline; each entry changes what the ones before it have left.
+class TimelineReader {
+  public:
+    explicit TimelineReader(Profile& profile)
+        : mProfile(profile), mSurface(profile.surface), mShown(profile.windows.value_or(ProcessInputWindow())) {}
+
+    void read(const YAML::Node& list, const YamlPlace& place) {
+        if (!list.IsSequence()) place.fault(list, "not a list; expected what happens, in order");
+        for (size_t i = 0; i < list.size(); ++i) readEntry(list[i], place.at(i));
+    }
+
+  private:
+    void readEntry(const YAML::Node& node, const YamlPlace& place) {
+        YamlFields fields(node, place);
+        double seconds = 0;
+        fields.required("at", seconds);
+        constexpr double kYear = 366.0 * 24 * 3600;
+        if (seconds < 0 || seconds > kYear) place.below("at").fault(node, "expected seconds from the start, 0 or more");
+        mAt = std::llround(seconds * 1e9);
+        if (mAt < mLast) place.below("at").fault(node, "earlier than the entry before; expected them in order");
+        mLast = mAt;
+
+        bool any = false;
+        if (fields.optional("rotate", mSurface.orientation)) any = add(mSurface);
+        if (readShown(fields, mShown)) any = add(mShown);
+        any |= fields.with("property", [&](const YAML::Node& map, const YamlPlace& at) {
+            Profile scratch;
+            readProperties(map, at, scratch);
+            for (auto& [key, value] : scratch.properties) add(SetProperty{key, value});
+        });
+        any |= fields.with("input", [&](const YAML::Node& value, const YamlPlace& at) {
+            std::string state;
+            readYaml(value, at, state);
+            if (state == "start") {
+                add(NotifyInputStart{});
+            } else if (state == "exit") {
+                add(NotifyInputExit{});
+            } else {
+                at.fault(value, "expected start or exit");
+            }
+        });
+        fields.done();
+        if (!any) place.fault(node, "nothing happens; expected rotate, windows, focused, keyguard, property or input");
+    }
+
+    bool add(TraceEvent event) {
+        mProfile.timeline.push_back({mAt, std::move(event)});
+        return true;
+    }
+
+    Profile& mProfile;
+    ConfigureSurface mSurface;
+    ProcessInputWindow mShown;
+    int64_t mAt = 0;
+    int64_t mLast = 0;
+};
+
+Profile readDocument(const YAML::Node& document, const std::string& file, const std::string& folder) {
+    Profile profile;
+    profile.file = file;
+    const YamlPlace place{file, ""};
+    if (!document.IsMap()) place.fault(document, "not a map; expected a profile");
+    YamlFields fields(document, place);
+    fields.with("properties_file",
+                [&](const YAML::Node& node, const YamlPlace& at) { readPropertyFile(node, at, folder, profile); });
+    fields.with("properties", [&](const YAML::Node& node, const YamlPlace& at) { readProperties(node, at, profile); });
+    const auto touch = [&](const YAML::Node& node, const YamlPlace& at) { readTouch(node, at, profile); };
+    if (!fields.with("touch", touch)) place.below("touch").fault(document, "missing; expected this key");
+    fields.with("keys", [&](const YAML::Node& node, const YamlPlace& at) { readKeys(node, at, profile); });
+    ProcessInputWindow shown;
+    if (readShown(fields, shown)) profile.windows = shown;
+    fields.with("timeline",
+                [&](const YAML::Node& node, const YamlPlace& at) { TimelineReader(profile).read(node, at); });
+    fields.optional("note", profile.note);
+    fields.done();
+    return profile;
+}
+
+}  // namespace
+
+Profile parseProfile(const std::string& text, const std::string& file, const std::string& folder) {
+    try {
+        return readDocument(YAML::Load(text), file, folder);
+    } catch (const YAML::Exception& fault) {
+        const uint32_t line = fault.mark.line < 0 ? 1 : static_cast<uint32_t>(fault.mark.line) + 1;
+        throw InputError(file, line, "yaml", fault.msg + "; expected YAML");
+    }
+}
+
+Profile readProfile(const std::string& path) {
+    return parseProfile(contentsOf(path), path, std::filesystem::path(path).parent_path().string());
+}
+
+}  // namespace refhost

@@ -1,0 +1,103 @@
+#include "refhost/trace/JsonLine.h"
+
+#include <nlohmann/json.hpp>
+
+namespace refhost {
+
+/// What the library's event parser calls while it reads.
+class JsonLine::Handler {
+  public:
+    explicit Handler(JsonLine& line) : mLine(line) {}
+
+    bool null() { return value({.kind = Kind::Null}); }
+    bool boolean(bool is) { return value({.kind = Kind::Boolean, .integer = is ? 1 : 0}); }
+    bool number_integer(int64_t number) { return value({.kind = Kind::Integer, .integer = number}); }
+    bool number_unsigned(uint64_t number) {
+        const Kind kind = number <= uint64_t{INT64_MAX} ? Kind::Integer : Kind::Unsigned;
+        return value({.kind = kind, .integer = static_cast<int64_t>(number)});
+    }
+    bool number_float(double number, const std::string& /*text*/) {
+        return value({.kind = Kind::Float, .real = number});
+    }
+    bool string(std::string& text) { return value(stringNode(text)); }
+    bool binary(std::vector<uint8_t>& /*bytes*/) { return false; }  // JSON text has none
+
+    bool start_object(size_t /*size*/) { return open(Kind::Object); }
+    bool key(std::string& text) {
+        push(stringNode(text));
+        return true;
+    }
+    bool end_object() { return close(); }
+    bool start_array(size_t /*size*/) { return open(Kind::Array); }
+    bool end_array() { return close(); }
+
+    bool parse_error(size_t position, const std::string& /*token*/, const nlohmann::detail::exception& fault) {
+        const std::string_view reason = fault.what();
+        const size_t colon = reason.find(": ");  // what stands before it is the library's own numbering
+        mLine.mError = "column " + std::to_string(position) + ": " +
+                       std::string(colon == std::string_view::npos ? reason : reason.substr(colon + 2));
+        return false;
+    }
+
+  private:
+    Node stringNode(const std::string& text) {
+        const size_t offset = mLine.mText.size();
+        mLine.mText += text;
+        return {.kind = Kind::String, .size = static_cast<uint32_t>(text.size()), .text = offset};
+    }
+    void push(Node node) {
+        node.next = mLine.mNodes.size() + 1;
+        mLine.mNodes.push_back(node);
+    }
+    bool value(const Node& node) {
+        if (!mLine.mOpen.empty()) ++mLine.mNodes[mLine.mOpen.back()].size;
+        push(node);
+        return true;
+    }
+    bool open(Kind kind) {
+        value({.kind = kind});
+        mLine.mOpen.push_back(mLine.mNodes.size() - 1);
+        return true;
+    }
+    bool close() {
+        mLine.mNodes[mLine.mOpen.back()].next = mLine.mNodes.size();
+        mLine.mOpen.pop_back();
+        return true;
+    }
+
+    JsonLine& mLine;
+};
+
+bool JsonLine::parse(std::string_view text) {
+    mNodes.clear();
+    mText.clear();
+    mOpen.clear();
+    mError.clear();
+    Handler handler(*this);
+    return nlohmann::json::sax_parse(text.begin(), text.end(), &handler);
+}
+
+double JsonLine::Value::real() const {
+    switch (kind()) {
+        case Kind::Integer:
+            return static_cast<double>(node().integer);
+        case Kind::Unsigned:
+            return static_cast<double>(static_cast<uint64_t>(node().integer));
+        default:
+            return node().real;
+    }
+}
+
+std::string_view JsonLine::Value::string() const {
+    return std::string_view(mLine->mText).substr(node().text, node().size);
+}
+
+JsonLine::Value::Iterator& JsonLine::Value::Iterator::operator++() {
+    mNode = mLine->mNodes[mMembers ? mNode + 1 : mNode].next;
+    return *this;
+}
+
+JsonLine::Value::Iterator JsonLine::Value::begin() const { return {*mLine, mNode + 1, kind() == Kind::Object}; }
+JsonLine::Value::Iterator JsonLine::Value::end() const { return {*mLine, node().next, kind() == Kind::Object}; }
+
+}  // namespace refhost

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "refhost/recording/Recording.h"
+#include "refhost/recording/RecordingError.h"
+
+namespace refhost {
+
+/// The events of a recording as text, `device:type code value` in decimal, or with the time in front: `1000002/0:3 53
+/// -1`.
+inline std::string eventsOf(const Recording& recording, bool withTimes = false) {
+    std::string text;
+    for (const KernelEvent& event : recording.events) {
+        if (!text.empty()) text += ", ";
+        if (withTimes) text += std::to_string(event.timeUs) + "/";
+        text += std::to_string(event.device) + ":" + std::to_string(event.type) + " " + std::to_string(event.code) +
+                " " + std::to_string(event.value);
+    }
+    return text;
+}
+
+/// The numbers of the skipped lines: "1 4".
+inline std::string skippedLinesOf(const Recording& recording) {
+    std::string text;
+    for (const SkippedLine& skipped : recording.skipped)
+        text += (text.empty() ? "" : " ") + std::to_string(skipped.line);
+    return text;
+}
+
+/// What the error that `call` throws says; empty when it throws none.
+template <typename Call>
+std::string errorOf(const Call& call) {
+    try {
+        call();
+    } catch (const RecordingError& error) {
+        return error.what();
+    }
+    return {};
+}
+
+inline bool beginsWith(std::string_view text, std::string_view start) { return text.substr(0, start.size()) == start; }
+
+}  // namespace refhost

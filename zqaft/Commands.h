@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+namespace zqaft {
+
+struct ReplayOptions {
+    std::string input;    ///< a trace, or with a profile a recording; "-" for standard input
+    std::string profile;  ///< empty: the input is a trace
+    std::string device;   ///< of the recording; empty: the profile's, or the only one there is
+    std::string plugin;   ///< path of the library; empty: this build's
+    bool json = false;
+};
+
+struct ImportOptions {
+    std::string input;  ///< a recording
+    std::string profile;
+    std::string device;
+};
+
+// Each does one of the program's jobs, writes its results to standard output and what the user should know beside them
+// to stderr, and answers the exit code. Failures are thrown; main() puts them into words.
+
+int replay(const ReplayOptions& options);
+int import(const ImportOptions& options);
+
+}  // namespace zqaft

@@ -1,0 +1,16 @@
+#pragma once
+
+namespace zqaft {
+
+/// What the program answers to the shell; `--help` lists them.
+enum ExitCode {
+    kDone = 0,
+    kFaultyInput = 2,     ///< a trace, profile or recording has a fault
+    kUsage = 64,          ///< the command line
+    kNoInput = 66,        ///< a file cannot be opened or read
+    kNoPlugin = 69,       ///< the plug-in cannot be loaded
+    kInternalError = 70,  ///< a fault of ours
+    kNoOutput = 74,       ///< standard output cannot be written
+};
+
+}  // namespace zqaft

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "refhost/trace/Trace.h"
+
+namespace zqaft {
+
+/// Opens a trace; "-" is standard input. Throws InputError or FileError.
+std::unique_ptr<refhost::TraceSource> openTrace(const std::string& path);
+
+/// Reads a recording and its profile, and says on stderr what the user should know of how they fit. `device` is the
+/// recorded touch device's name or path, or empty. Throws InputError or FileError.
+std::unique_ptr<refhost::TraceSource> openRecording(const std::string& path, const std::string& profile,
+                                                    const std::string& device);
+
+/// Tells the user on stderr, a line each.
+void say(const std::vector<std::string>& notes);
+
+}  // namespace zqaft

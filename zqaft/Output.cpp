@@ -1,0 +1,30 @@
+#include "zqaft/Output.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace zqaft {
+
+namespace {
+
+constexpr size_t kWorthWriting = size_t{64} * 1024;
+
+}  // namespace
+
+Output::~Output() {
+    std::fwrite(mText.data(), 1, mText.size(), stdout);
+    std::fflush(stdout);
+}
+
+void Output::offer() {
+    if (mText.size() >= kWorthWriting) flush();
+}
+
+void Output::flush() {
+    const bool written = std::fwrite(mText.data(), 1, mText.size(), stdout) == mText.size() && std::fflush(stdout) == 0;
+    mText.clear();
+    if (!written) throw OutputError(fmt::format("cannot write the output: {}", std::strerror(errno)));
+}
+
+}  // namespace zqaft

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <stdexcept>
+
+#include "refhost/JsonText.h"
+
+namespace zqaft {
+
+/// Standard output could not be written (a full disk, a closed pipe).
+class OutputError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Standard output, written in large pieces. What has been put in is shown at flush() at the latest, and by the
+/// destructor where an error ends the program's work early. One thread.
+class Output {
+  public:
+    Output() = default;
+    ~Output();
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+
+    /// To append to; call `offer` afterwards.
+    refhost::TextBuffer& text() { return mText; }
+    /// Writes what has gathered once it is worth a system call. Throws OutputError.
+    void offer();
+    /// Writes everything now. Throws OutputError.
+    void flush();
+
+  private:
+    refhost::TextBuffer mText;
+};
+
+}  // namespace zqaft

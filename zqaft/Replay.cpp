@@ -1,0 +1,41 @@
+#include "refhost/Player.h"
+#include "refhost/ResultWriter.h"
+#include "refhost/Story.h"
+#include "zqaft/Commands.h"
+#include "zqaft/ExitCodes.h"
+#include "zqaft/Input.h"
+#include "zqaft/Output.h"
+#include "zqaft/Progress.h"
+#include "zqaft/StoryPrinter.h"
+
+namespace zqaft {
+
+int replay(const ReplayOptions& options) {
+    const std::unique_ptr<refhost::TraceSource> source =
+        options.profile.empty() ? openTrace(options.input)
+                                : openRecording(options.input, options.profile, options.device);
+    Output out;
+    refhost::Player player(source->header(), options.plugin.empty() ? refhost::Plugin::defaultPath() : options.plugin);
+    refhost::Story story;
+    StoryPrinter printer(out, wantsColours());
+    Progress progress;
+
+    refhost::TraceLine line;
+    for (uint64_t lines = 0; source->next(line); ++lines) {
+        const refhost::CallResult& result = player.play(line);
+        if (options.json) {
+            refhost::writeResult(out.text(), result);
+            out.offer();
+        } else {
+            for (const refhost::Decision& decision : story.tell(line, result)) printer.print(decision);
+        }
+        if (source->wouldWait()) out.flush();
+        if (progress.due(lines)) progress.at(lines, source->progress());
+    }
+    if (!options.json) printer.print(story.summary());
+    out.flush();
+    say(source->leftOut());
+    return kDone;
+}
+
+}  // namespace zqaft

@@ -1,0 +1,96 @@
+#include "zqaft/StoryPrinter.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string_view>
+
+namespace zqaft {
+
+namespace {
+
+using refhost::append;
+using refhost::Fate;
+
+struct Look {
+    std::string_view word;
+    std::string_view colour;  ///< as a terminal takes it
+};
+
+constexpr std::string_view kGreen = "\x1b[32m";
+constexpr std::string_view kYellow = "\x1b[33m";
+constexpr std::string_view kCyan = "\x1b[36m";
+constexpr std::string_view kRed = "\x1b[31m";
+constexpr std::string_view kDim = "\x1b[2m";
+constexpr std::string_view kPlain = "\x1b[0m";
+
+Look lookOf(Fate fate) {
+    switch (fate) {
+        case Fate::Kept:
+            return {"kept", kGreen};
+        case Fate::HeldBack:
+            return {"held back", kYellow};
+        case Fate::Restored:
+            return {"restored", kCyan};
+        case Fate::LetThrough:
+            return {"let through", kCyan};
+        case Fate::Lost:
+            return {"lost", kRed};
+        case Fate::Cancelled:
+            return {"cancelled", kRed};
+        case Fate::Consumed:
+            return {"consumed", kYellow};
+        case Fate::Dispatched:
+            return {"dispatched", kGreen};
+        case Fate::ReSent:
+            return {"re-sent", kCyan};
+        case Fate::Dropped:
+            return {"dropped", kRed};
+    }
+    return {"", kPlain};
+}
+
+/// "0.8 µs", from ns.
+std::string shortly(int64_t ns) {
+    if (ns < 1000) return fmt::format("{} ns", ns);
+    if (ns < 1'000'000) return fmt::format("{:.1f} µs", static_cast<double>(ns) / 1e3);
+    return fmt::format("{:.1f} ms", static_cast<double>(ns) / 1e6);
+}
+
+}  // namespace
+
+bool wantsColours() {
+    const char* refused = std::getenv("NO_COLOR");
+    return isatty(STDOUT_FILENO) != 0 && (refused == nullptr || *refused == '\0');
+}
+
+void StoryPrinter::print(const refhost::Decision& decision) {
+    const Look look = lookOf(decision.fate);
+    const auto colour = [this](std::string_view code) { return mColours ? code : std::string_view(); };
+    const double seconds = static_cast<double>(decision.when) / 1e9;
+    append(mOut.text(), FMT_COMPILE("{:>11.3f} s  {}{:<11}{}  {:<24}"), seconds, colour(look.colour), look.word,
+           colour(kPlain), decision.subject);
+    if (!decision.words.empty()) {
+        append(mOut.text(), FMT_COMPILE("  {}{}{}"), colour(kDim), decision.words, colour(kPlain));
+    }
+    while (mOut.text().size() > 0 && mOut.text()[mOut.text().size() - 1] == ' ') {
+        mOut.text().resize(mOut.text().size() - 1);  // the column's padding, where nothing follows it
+    }
+    append(mOut.text(), "\n");
+    mOut.offer();
+}
+
+void StoryPrinter::print(const refhost::Summary& summary) {
+    refhost::TextBuffer& out = mOut.text();
+    append(out, FMT_COMPILE("\nframes    {}: pointers judged {}, removed {}, restored {}\n"), summary.frames,
+           summary.pointersJudged, summary.pointersRemoved, summary.restored);
+    append(out, FMT_COMPILE("gestures  {} cancelled\n"), summary.gesturesCancelled);
+    append(out, FMT_COMPILE("keys      {} consumed, {} held back, {} re-sent, {} dropped, {} dispatched\n"),
+           summary.keysConsumed, summary.keysHeldBack, summary.keysReSent, summary.keysDropped, summary.keysDispatched);
+    append(out, FMT_COMPILE("calls     {}: median {}, p99 {}, max {}\n"), summary.calls.count(),
+           shortly(summary.calls.percentile(0.5)), shortly(summary.calls.percentile(0.99)),
+           shortly(summary.calls.maximum()));
+    mOut.offer();
+}
+
+}  // namespace zqaft

@@ -1,0 +1,88 @@
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
+
+#include "refhost/InputError.h"
+#include "refhost/Plugin.h"
+#include "zqaft/Commands.h"
+#include "zqaft/ExitCodes.h"
+#include "zqaft/Output.h"
+
+namespace {
+
+constexpr char kFooter[] =
+    R"(Examples:
+  zqaft replay gesture.trace.jsonl
+  zqaft replay --profile phone.yaml swipe.getevent
+  zqaft import --profile phone.yaml swipe.getevent > swipe.trace.jsonl
+  zqaft replay --json gesture.trace.jsonl | jq .removed
+
+Exit codes:
+   0  done
+   2  a trace, profile or recording has a fault; stderr says FILE:LINE: KEY: what is wrong and what is expected
+  64  the command line is wrong
+  66  a file cannot be opened or read
+  69  the plug-in cannot be loaded
+  70  a fault of zqaft's own
+  74  the output cannot be written)";
+
+/// Runs `work` and puts what it throws into one line on stderr and an exit code.
+template <typename Work>
+int reporting(Work work) {
+    const auto fail = [](const std::exception& fault, int code) {
+        fmt::print(stderr, "{}\n", fault.what());
+        return code;
+    };
+    try {
+        return work();
+    } catch (const refhost::InputError& fault) {
+        return fail(fault, zqaft::kFaultyInput);
+    } catch (const refhost::FileError& fault) {
+        return fail(fault, zqaft::kNoInput);
+    } catch (const refhost::PluginError& fault) {
+        return fail(fault, zqaft::kNoPlugin);
+    } catch (const zqaft::OutputError& fault) {
+        return fail(fault, zqaft::kNoOutput);
+    } catch (const std::exception& fault) {
+        fmt::print(stderr, "zqaft: internal error: {}\n", fault.what());
+        return zqaft::kInternalError;
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app(
+        "Replays touch recordings through the false-touch filter and says what became of every finger and key.");
+    app.name("zqaft");
+    app.footer(kFooter);
+    app.require_subcommand(1);
+    app.set_version_flag("--version", ZQAFT_VERSION);
+
+    zqaft::ReplayOptions replayOptions;
+    CLI::App* replay =
+        app.add_subcommand("replay", "Play a trace, or a recording with its profile, and tell the story.");
+    replay->add_option("FILE", replayOptions.input, "The trace; - reads standard input. With --profile, a recording")
+        ->required();
+    replay->add_option("--profile", replayOptions.profile, "The phone that the recording is taken to come from (YAML)");
+    replay->add_option("--device", replayOptions.device, "The touch device of the recording: its name or path");
+    replay->add_option("--plugin", replayOptions.plugin,
+                       "The libzqaftprocessor.so to play through (default: this build's)");
+    replay->add_flag("--json", replayOptions.json, "A line of JSON for each line of the trace: all that came back");
+
+    zqaft::ImportOptions importOptions;
+    CLI::App* import = app.add_subcommand("import", "Make a trace of a recording (getevent, evemu, libinput record).");
+    import->add_option("FILE", importOptions.input, "The recording; - reads standard input")->required();
+    import->add_option("--profile", importOptions.profile, "The phone that it is taken to come from (YAML)")
+        ->required();
+    import->add_option("--device", importOptions.device, "The touch device of the recording: its name or path");
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& fault) {
+        return app.exit(fault) == 0 ? zqaft::kDone : zqaft::kUsage;
+    }
+    return reporting([&] { return *replay ? zqaft::replay(replayOptions) : zqaft::import(importOptions); });
+}
