@@ -23,7 +23,7 @@ class ImportedTrace : public TraceSource {
     static constexpr int64_t kReportWithoutTimeNs = 10'000'000;
 
     /// @param device the touch device's name or path, before the profile's
-    /// Throws InputError or RecordingError where the touch device cannot be told.
+    /// Throws InputError where the touch device cannot be told.
     ImportedTrace(Recording recording, Profile profile, const std::string& device);
 
     const TraceHeader& header() const override { return mHeader; }

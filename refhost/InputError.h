@@ -1,7 +1,5 @@
 #pragma once
 
-#include <fmt/format.h>
-
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -10,12 +8,16 @@
 namespace refhost {
 
 /// A fault in a file that the user gave us. what() is one line: `FILE:LINE: KEY: what is wrong and what is expected`.
+/// Control characters, which such a file may hold, become '?'.
 class InputError : public std::runtime_error {
   public:
-    InputError(std::string_view file, uint32_t line, std::string_view key, std::string_view fault)
-        : std::runtime_error(fmt::format("{}:{}: {}: {}", file, line, key, fault)) {}
+    /// @param file as the user named it
+    /// @param line from 1
+    /// @param key  the field or construct at fault: "pointers[1].x", "E: value", "device"
+    InputError(std::string_view file, uint32_t line, std::string_view key, std::string_view fault);
+
     /// The whole line, put together elsewhere.
-    explicit InputError(const std::string& line) : std::runtime_error(line) {}
+    explicit InputError(const std::string& line);
 };
 
 /// A file that cannot be opened or read at all. what() says which and why.

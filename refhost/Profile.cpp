@@ -3,14 +3,12 @@
 #include <libevdev/libevdev.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include "platform/control/Properties.h"
+#include "refhost/Files.h"
 #include "refhost/YamlFields.h"
 
 namespace refhost {
@@ -18,18 +16,6 @@ namespace refhost {
 namespace {
 
 constexpr uint32_t kKeyboardSource = 257;
-
-std::string contentsOf(const std::string& path) {
-    std::error_code fault;
-    if (std::filesystem::is_directory(path, fault)) {
-        throw FileError(fmt::format("{}: is a directory; expected a file", path));
-    }
-    std::ifstream file(path, std::ios::binary);
-    if (!file) throw FileError(fmt::format("{}: {}", path, std::strerror(errno)));
-    std::ostringstream text;
-    text << file.rdbuf();
-    return std::move(text).str();
-}
 
 void setProperty(Profile& profile, const std::string& key, const std::string& value) {
     const auto same = [&](const auto& property) { return property.first == key; };
@@ -45,7 +31,7 @@ void readPropertyFile(const YAML::Node& node, const YamlPlace& place, const std:
     std::string path;
     readYaml(node, place, path);
     const std::string found = (std::filesystem::path(folder) / path).string();  // an absolute path stays itself
-    std::istringstream text(contentsOf(found));
+    std::istringstream text(readFile(found));
     try {
         for (const auto& [key, value] : aftplatform::properties::parse(text, found)) setProperty(profile, key, value);
     } catch (const aftplatform::properties::ParseError& fault) {
@@ -258,7 +244,7 @@ Profile parseProfile(const std::string& text, const std::string& file, const std
 }
 
 Profile readProfile(const std::string& path) {
-    return parseProfile(contentsOf(path), path, std::filesystem::path(path).parent_path().string());
+    return parseProfile(readFile(path), path, std::filesystem::path(path).parent_path().string());
 }
 
 }  // namespace refhost

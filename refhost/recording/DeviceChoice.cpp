@@ -77,7 +77,7 @@ std::string unknownAxes(const Recording& recording, uint32_t device) {
 constexpr const char* kExpected = "expected events with ABS_MT_POSITION_X and ABS_MT_POSITION_Y";
 
 [[noreturn]] void refuse(const Recording& recording, uint32_t line, const std::string& text) {
-    throw RecordingError(recording.file, line, "device", fmt::format("{}; {}", text, kExpected));
+    throw InputError(recording.file, line, "device", fmt::format("{}; {}", text, kExpected));
 }
 
 /// Nobody has said a thing: there may be descriptions, one of which may be a touch panel's.
@@ -134,9 +134,8 @@ uint32_t chooseTouchDevice(const Recording& recording, const std::optional<std::
         if (!wanted || goesBy(recording.devices[device], *wanted)) candidates.push_back(device);
     }
     if (wanted && candidates.empty() && !all.empty()) {
-        throw RecordingError(
-            recording.file, recording.devices.front().line, "device",
-            fmt::format("no device goes by '{}', expected one of: {}", *wanted, listOf(recording, all)));
+        throw InputError(recording.file, recording.devices.front().line, "device",
+                         fmt::format("no device goes by '{}', expected one of: {}", *wanted, listOf(recording, all)));
     }
 
     const std::vector<Evidence> evidence = evidencePerDevice(recording);
@@ -146,9 +145,9 @@ uint32_t chooseTouchDevice(const Recording& recording, const std::optional<std::
     }
     if (touching.empty()) refuseWithoutTouch(recording, candidates, evidence);
     if (touching.size() > 1) {
-        throw RecordingError(recording.file, evidence[touching[1]].first->line, "device",
-                             fmt::format("{} devices send touches, expected the name or path of one: {}",
-                                         touching.size(), listOf(recording, touching)));
+        throw InputError(recording.file, evidence[touching[1]].first->line, "device",
+                         fmt::format("{} devices send touches, expected the name or path of one: {}", touching.size(),
+                                     listOf(recording, touching)));
     }
     return touching.front();
 }

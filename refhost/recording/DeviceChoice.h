@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "refhost/InputError.h"
 #include "refhost/recording/Recording.h"
-#include "refhost/recording/RecordingError.h"
 
 namespace refhost {
 
@@ -13,7 +13,7 @@ namespace refhost {
 /// @param wanted a device's name, its path or the last part of that ("event2"); without it, or where several devices go
 /// by
 ///               it, the only one whose events hold multi-touch positions
-/// Throws RecordingError, key "device", when there is no such device or more than one (it lists what there is), or when
+/// Throws InputError, key "device", when there is no such device or more than one (it lists what there is), or when
 /// the recording holds no multi-touch positions (it says what it holds instead, and LINE shows it).
 uint32_t chooseTouchDevice(const Recording& recording, const std::optional<std::string>& wanted);
 

@@ -164,7 +164,7 @@ class EvemuReader {
     }
 
     [[noreturn]] void fail(const std::string& key, const std::string& text) const {
-        throw RecordingError(mRecording.file, mLine, key, text);
+        throw InputError(mRecording.file, mLine, key, text);
     }
 
     Recording mRecording;

@@ -130,7 +130,7 @@ class LibinputReader {
     static uint32_t lineOf(const YAML::Mark& mark) { return static_cast<uint32_t>(std::max(mark.line + 1, 1)); }
 
     [[noreturn]] void fail(const YAML::Mark& mark, const std::string& key, const std::string& text) const {
-        throw RecordingError(mRecording.file, lineOf(mark), key, text);
+        throw InputError(mRecording.file, lineOf(mark), key, text);
     }
 
     Recording mRecording;

@@ -1,12 +1,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iostream>
 
+#include "refhost/Files.h"
 #include "refhost/recording/GeteventLine.h"
 #include "refhost/recording/LibinputText.h"
 #include "refhost/recording/Readers.h"
@@ -55,27 +51,15 @@ constexpr ForeignMark kForeignMarks[] = {
 
 [[noreturn]] void refuse(std::string_view text, const std::string& file) {
     if (text.find_first_not_of(" \t\v\f\r\n") == std::string_view::npos) {
-        throw RecordingError(file, 1, "format", fmt::format("the file is empty; {}", kExpected));
+        throw InputError(file, 1, "format", fmt::format("the file is empty; {}", kExpected));
     }
     for (const ForeignMark& foreign : kForeignMarks) {
         const size_t at = text.find(foreign.mark);
         if (at == std::string_view::npos || (foreign.onlyAtStart && at != 0)) continue;
         const auto line = static_cast<uint32_t>(1 + std::count(text.begin(), text.begin() + at, '\n'));
-        throw RecordingError(file, line, "format", fmt::format("{}; {}", foreign.whatItIs, kExpected));
+        throw InputError(file, line, "format", fmt::format("{}; {}", foreign.whatItIs, kExpected));
     }
-    throw RecordingError(file, 1, "format", fmt::format("no line holds an event or describes a device; {}", kExpected));
-}
-
-std::string readFile(const std::string& path) {
-    std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored)) {
-        throw RecordingError(path, 0, "file", fmt::format("is a folder; {}", kExpected));
-    }
-    std::ifstream in(path, std::ios::binary);
-    if (!in) throw RecordingError(path, 0, "file", fmt::format("cannot be opened: {}", std::strerror(errno)));
-    std::string text = readAll(in);
-    if (in.bad()) throw RecordingError(path, 0, "file", "cannot be read to its end");
-    return text;
+    throw InputError(file, 1, "format", fmt::format("no line holds an event or describes a device; {}", kExpected));
 }
 
 }  // namespace
@@ -90,8 +74,6 @@ Recording readRecordingText(std::string_view text, const std::string& file) {
     refuse(text, file);
 }
 
-Recording readRecording(const std::string& path) {
-    return readRecordingText(path == "-" ? readAll(std::cin) : readFile(path), path);
-}
+Recording readRecording(const std::string& path) { return readRecordingText(readFile(path), path); }
 
 }  // namespace refhost

@@ -4,14 +4,14 @@
 #include <string>
 #include <string_view>
 
+#include "refhost/InputError.h"
 #include "refhost/recording/Recording.h"
-#include "refhost/recording/RecordingError.h"
 
 namespace refhost {
 
 /// Readers of what engineers already record. Each takes a text of any bytes and of any length, in time proportional to
 /// it, and names `file` in Recording::file and in its errors. What a reader cannot make sense of is in
-/// Recording::skipped; what would give wrong events throws RecordingError.
+/// Recording::skipped; what would give wrong events throws InputError.
 
 /// What `getevent` prints, with whatever options, and scripts of `sendevent` lines. Never throws: the format is printed
 /// for people, and every line that is neither event nor description is skipped. Where the recording says that a device
@@ -27,10 +27,10 @@ Recording readEvemu(std::istream& in, const std::string& file);
 Recording readLibinput(std::string_view text, const std::string& file);
 Recording readLibinput(std::istream& in, const std::string& file);
 
-/// Tells the format from the text itself and reads it. Throws RecordingError also for a text in none of the formats.
+/// Tells the format from the text itself and reads it. Throws InputError also for a text in none of the formats.
 Recording readRecordingText(std::string_view text, const std::string& file);
 
-/// The same for a file; "-" is standard input. Throws RecordingError also where the file cannot be read.
+/// The same for a file; "-" is standard input. Throws FileError where the file cannot be read.
 Recording readRecording(const std::string& path);
 
 }  // namespace refhost

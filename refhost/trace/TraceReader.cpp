@@ -1,12 +1,10 @@
 #include "refhost/trace/TraceReader.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 
+#include "refhost/Files.h"
 #include "refhost/InputError.h"
 #include "refhost/trace/JsonFields.h"
 #include "refhost/trace/TraceEvents.h"
@@ -17,17 +15,6 @@ namespace {
 
 constexpr int64_t kVersion = 1;
 constexpr size_t kLongestPropertyValue = 91;
-
-std::unique_ptr<std::istream> open(const std::string& path) {
-    if (path == "-") return nullptr;
-    std::error_code fault;
-    if (std::filesystem::is_directory(path, fault)) {
-        throw FileError(fmt::format("{}: is a directory; expected a trace", path));
-    }
-    auto file = std::make_unique<std::ifstream>(path, std::ios::binary);
-    if (!*file) throw FileError(fmt::format("{}: {}", path, std::strerror(errno)));
-    return file;
-}
 
 void readProperties(const JsonLine::Value& value, const JsonPlace& place, TraceHeader& header) {
     if (value.kind() != JsonLine::Kind::Object) place.fault("not an object; expected key and value pairs");
@@ -84,7 +71,9 @@ void checkPropertyValue(const std::string& text, const JsonPlace& place) {
 }
 
 TraceReader::TraceReader(const std::string& path)
-    : mName(path == "-" ? "standard input" : path), mOwned(open(path)), mIn(mOwned ? mOwned.get() : &std::cin) {
+    : mName(path == "-" ? "standard input" : path),
+      mOwned(path == "-" ? nullptr : openFile(path)),
+      mIn(mOwned ? mOwned.get() : &std::cin) {
     std::error_code fault;
     const auto size = std::filesystem::file_size(path, fault);
     if (mOwned && !fault) mSize = static_cast<double>(size);

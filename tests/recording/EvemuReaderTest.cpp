@@ -39,9 +39,11 @@ TEST(EvemuReader, ReadsDescriptionAndEvents) {
 
 // Events behind the place where players of the format stop would be replayed here and nowhere else.
 TEST(EvemuReader, StopsAtAShortLineAmongEvents) {
-    const Recording recording = readEvemu("\nE: 0.0 0003 0035 1\n\nE: 0.1 0003 0035 2\n\nE: 0.2 0003 0035 3\n", "in");
-    EXPECT_EQ(eventsOf(recording), "0:3 53 1");
-    EXPECT_EQ(skippedLinesOf(recording), "4 6");
+    const Recording recording =
+        readEvemu("\nE: 0.0 0003 0035 1\nabc\nE: 0.1 0003 0035 2\nab\nE: 0.2 0003 0035 3\n", "in");
+    EXPECT_EQ(eventsOf(recording), "0:3 53 1, 0:3 53 2");
+    EXPECT_EQ(skippedLinesOf(recording), "3 5 6");
+    EXPECT_EQ(skippedLinesOf(readEvemu("E: 0.0 0003 0035 1\n\nE: 0.1 0003 0035 2\n", "in")), "3");
 }
 
 // A damaged file would be replayed with wrong coordinates, or refused without saying where to look.

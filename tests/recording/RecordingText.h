@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "refhost/InputError.h"
 #include "refhost/recording/Recording.h"
-#include "refhost/recording/RecordingError.h"
 
 namespace refhost {
 
@@ -34,7 +34,7 @@ template <typename Call>
 std::string errorOf(const Call& call) {
     try {
         call();
-    } catch (const RecordingError& error) {
+    } catch (const InputError& error) {
         return error.what();
     }
     return {};

@@ -1,0 +1,115 @@
+#include "tests/support/Phone.h"
+
+#include <algorithm>
+
+namespace test {
+
+namespace {
+
+refhost::TraceHeader headerOf(const Phone::Properties& properties) {
+    refhost::TraceHeader header;
+    header.properties = properties;
+    header.devices = {{.id = Phone::kPanel, .name = "touchpanel"},
+                      {.id = Phone::kSensor, .name = "fingerprint", .sources = 257},
+                      {.id = 6, .name = "fingerprint2", .sources = 257}};
+    return header;
+}
+
+}  // namespace
+
+Phone::Phone(const Properties& properties) : mPlayer(headerOf(properties), ZQAFT_PLUGIN_UNDER_TEST) { rotate(0); }
+
+const refhost::CallResult& Phone::play(refhost::TraceEvent event) {
+    mResult = &mPlayer.play({0, mNow, std::move(event)});
+    return *mResult;
+}
+
+Fingers Phone::touch(const Fingers& fingers) {
+    refhost::ProcessRawTouches call;
+    call.device = mTouchMapper;
+    call.when = mNow;
+    for (const Finger& finger : fingers) {
+        auto& pointer = call.frame.pointers[call.frame.pointerCount];
+        pointer.id = finger.id;
+        pointer.x = finger.x;
+        pointer.y = finger.y;
+        pointer.axes[0] = finger.axis0;
+        pointer.isHovering = finger.hovers ? 1 : 0;
+        pointer.extraData = finger.flags;
+        // A hovering pointer is in the touching set here, too: the filters must look at its own byte.
+        call.frame.touchingIdBits.markBit(finger.id);
+        call.frame.idToIndex[finger.id] = call.frame.pointerCount++;
+    }
+    call.ids = call.frame.touchingIdBits;
+    play(call);
+    return seen();
+}
+
+Fingers Phone::touchWithoutMapper(const Finger& one) {
+    mTouchMapper.reset();
+    const Fingers fingers = touch(one);
+    mTouchMapper = kPanel;
+    return fingers;
+}
+
+Fingers Phone::seen() const {
+    const android::RawPointerData& frame = mResult->frame.frame;
+    Fingers fingers;
+    android::BitSet32 present{};
+    for (uint32_t i = 0; i < frame.pointerCount; ++i) {
+        const auto& pointer = frame.pointers[i];
+        EXPECT_EQ(frame.idToIndex[pointer.id], i) << "the index of pointer " << pointer.id << " is stale";
+        present.markBit(pointer.id);
+        fingers.push_back(
+            {pointer.id, pointer.x, pointer.y, pointer.axes[0], pointer.extraData, pointer.isHovering != 0});
+    }
+    EXPECT_EQ(frame.touchingIdBits, present) << "the touching ids are not those of the records";
+    EXPECT_EQ(mResult->frame.ids, present) << "the host's ids are not those of the records";
+    return fingers;
+}
+
+bool Phone::key(int32_t keyCode, bool down, int32_t device) {
+    refhost::ProcessKey call;
+    call.device = device;
+    call.when = mNow;
+    call.keyCode = keyCode;
+    call.scanCode = 7;
+    call.down = down;
+    call.metaState = 3;
+    call.policyFlags = 0x80000002;
+    return play(call).keyResult != 0;
+}
+
+void Phone::surface(int32_t width, int32_t height, int32_t orientation) {
+    refhost::ConfigureSurface call;
+    call.device = kPanel;
+    call.width = width;
+    call.height = height;
+    call.orientation = orientation;
+    play(call);
+}
+
+void Phone::show(const std::vector<refhost::WindowDescription>& windows, bool keyguard) {
+    refhost::ProcessInputWindow call;
+    call.windows = windows;
+    if (!windows.empty()) call.focused = 0;
+    call.keyguard = keyguard;
+    play(call);
+}
+
+std::vector<std::string> Phone::said() const {
+    std::vector<std::string> texts;
+    for (const refhost::LogEntry& entry : mResult->log) texts.push_back(entry.text);
+    return texts;
+}
+
+bool Phone::said(const std::string& text) const {
+    const std::vector<std::string> texts = said();
+    return std::find(texts.begin(), texts.end(), text) != texts.end();
+}
+
+refhost::WindowDescription navigationBar() {
+    return {.name = "Window{1f3a0c2 u0 NavigationBar}", .type = 2019, .frame = {0, 2214, 1080, 2340}};
+}
+
+}  // namespace test
