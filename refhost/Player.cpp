@@ -8,7 +8,6 @@
 
 namespace refhost {
 
-using android::BitSet32;
 using android::InputWindowHandle;
 using android::NotifyKeyArgs;
 using android::sp;

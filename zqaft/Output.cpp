@@ -13,8 +13,9 @@ constexpr size_t kWorthWriting = size_t{64} * 1024;
 }  // namespace
 
 Output::~Output() {
-    std::fwrite(mText.data(), 1, mText.size(), stdout);
-    std::fflush(stdout);
+    // What went before is worth showing; that it cannot be shown has no one left to hear it.
+    static_cast<void>(std::fwrite(mText.data(), 1, mText.size(), stdout));
+    static_cast<void>(std::fflush(stdout));
 }
 
 void Output::offer() {

@@ -39,7 +39,7 @@ struct FingerPrintEventState {
                           int32_t metaState, uint32_t policyFlags);
 
     /// Fills the record's own fields from the pending key, with `when` (ns) as its time. False: no mapper.
-    bool InitNotifyKeyArgs(NotifyKeyArgs& args, int64_t when, int32_t action);
+    bool InitNotifyKeyArgs(NotifyKeyArgs& args, int64_t when, int32_t action) const;
 
     /// Sends the pending key again as a down and up pair at time `when` (ns), if one has been pending for at least 1
     /// ms.
