@@ -4,8 +4,8 @@
 
 #include <cstdio>
 
-#include "refhost/Import.h"
-#include "refhost/Profile.h"
+#include "refhost/profile/ImportedTrace.h"
+#include "refhost/profile/Profile.h"
 #include "refhost/recording/Readers.h"
 #include "refhost/trace/TraceReader.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "refhost/Story.h"
+#include "refhost/play/Story.h"
 #include "zqaft/Output.h"
 
 namespace zqaft {

@@ -3,9 +3,10 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <iostream>
 
 #include "refhost/InputError.h"
-#include "refhost/Plugin.h"
+#include "refhost/play/Plugin.h"
 #include "zqaft/Commands.h"
 #include "zqaft/ExitCodes.h"
 #include "zqaft/Output.h"
@@ -54,6 +55,7 @@ int reporting(Work work) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    std::ios::sync_with_stdio(false);  // standard input may be a trace: read it in pieces, not byte by byte
     CLI::App app(
         "Replays touch recordings through the false-touch filter and says what became of every finger and key.");
     app.name("zqaft");
@@ -66,8 +68,10 @@ int main(int argc, char** argv) {
         app.add_subcommand("replay", "Play a trace, or a recording with its profile, and tell the story.");
     replay->add_option("FILE", replayOptions.input, "The trace; - reads standard input. With --profile, a recording")
         ->required();
-    replay->add_option("--profile", replayOptions.profile, "The phone that the recording is taken to come from (YAML)");
-    replay->add_option("--device", replayOptions.device, "The touch device of the recording: its name or path");
+    CLI::Option* profile = replay->add_option("--profile", replayOptions.profile,
+                                              "The phone that the recording is taken to come from (YAML)");
+    replay->add_option("--device", replayOptions.device, "The touch device of the recording: its name or path")
+        ->needs(profile);
     replay->add_option("--plugin", replayOptions.plugin,
                        "The libzqaftprocessor.so to play through (default: this build's)");
     replay->add_flag("--json", replayOptions.json, "A line of JSON for each line of the trace: all that came back");

@@ -19,8 +19,10 @@ struct AftAreaConfig {
     /// Reads the filter-area property's text; answers whether it is a valid area.
     bool scan(const char* text);
 
-    /// The filter area on a surface of this size, or null where it does not fit on it. All edges are inside.
+    /// Places the filter area on a surface. All its edges are inside.
     /// @param width, height raw panel units, any value
+    /// @param area          gains the area; untouched where there is none
+    /// @return              false: no area is configured, or it does not fit on such a surface
     bool areaOn(int32_t width, int32_t height, AftArea& area) const;
 };
 

@@ -44,7 +44,7 @@ bool FingerPrintEventState::delayDispatchKey(uint32_t touchSeq, InputMapper* map
     return true;
 }
 
-bool FingerPrintEventState::InitNotifyKeyArgs(NotifyKeyArgs& args, int64_t when, int32_t action) const {
+bool FingerPrintEventState::InitNotifyKeyArgs(NotifyKeyArgs& args, int64_t when, int32_t action) {
     if (mPendingKey.mapper == nullptr) {
         LOGE("InputMapper device is null");
         return false;

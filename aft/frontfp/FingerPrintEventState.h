@@ -39,10 +39,11 @@ struct FingerPrintEventState {
                           int32_t metaState, uint32_t policyFlags);
 
     /// Fills the record's own fields from the pending key, with `when` (ns) as its time. False: no mapper.
-    bool InitNotifyKeyArgs(NotifyKeyArgs& args, int64_t when, int32_t action) const;
+    bool InitNotifyKeyArgs(NotifyKeyArgs& args, int64_t when, int32_t action);
 
     /// Sends the pending key again as a down and up pair at time `when` (ns), if one has been pending for at least 1
     /// ms.
+    /// @param force always true: there is no milder way, and what asks for one is the caller's
     /// @param keys gains both records, which are then the host's; nothing on failure, and the key stays pending
     /// @return     true: sent
     bool handlePendingKey(int64_t when, bool force, Vector<void*>& keys);

@@ -47,7 +47,7 @@ bool IdentifyFPState::identifyingRecently(uint32_t touchSeq, int64_t when) {
     return ours && inTime;
 }
 
-bool IdentifyFPState::touchBeforeIdentify(int64_t /*when*/) const {
+bool IdentifyFPState::touchBeforeIdentify(int64_t /*when*/) {
     if (mState != kIdentifying || mTouchDownTime < 1 || mTouchDownTime >= mStateTime) return false;
     const auto elapsed = static_cast<int32_t>(mStateTime - mTouchDownTime);
     LOGD("identify finger %dms after finger touched down", elapsed);

@@ -26,8 +26,8 @@ struct AftPointRange {
 };
 
 /// Which fingers have been judged to touch the panel next to the fingerprint sensor, since when, and how far each has
-/// moved since. A mark lasts as long as its touch sequence, and 300 ms beyond for one that a later sequence has not
-/// renewed. The touch filter marks and moves; the key filter asks.
+/// moved since. A mark lasts as long as its touch sequence; should one outlive it, it expires 300 ms after it was last
+/// refreshed. The touch filter marks and moves; the key filter asks.
 /// Plain data; no lock of its own: keys and frames come on one thread. Ids of 32 and more are in no set and in no
 /// array.
 struct NearbyFPPoints {

@@ -6,6 +6,7 @@
 
 #include "aft/frontfp/FrontFPLog.h"
 #include "aft/frontfp/ZqFrontFPAftProcessor.h"
+#include "aft/host/Contacts.h"
 
 namespace android {
 
@@ -39,11 +40,10 @@ void ZqFrontFPAftProcessor::processRawTouchesForAbt(InputMapper* mapper, int64_t
         return;
     }
     if (mapper == nullptr) return;
-    for (uint32_t id : idBits) {
-        const RawPointerData::Pointer* p = data.find(id);
-        if (p == nullptr || p->isHovering != 0 || !cancelsGesture(*p)) continue;
+    for (auto [id, p] : contacts(data, idBits)) {
+        if (!cancelsGesture(p)) continue;
         LOGI("Cancel abnormal touch seq for pointerCount=%d, point(%d, %d), id=%d, extraData=0x%08x", data.pointerCount,
-             p->x, p->y, id, p->extraData);
+             p.x, p.y, id, p.extraData);
         mapper->cancelTouch(when);
         mTouchCanceled = true;
         return;

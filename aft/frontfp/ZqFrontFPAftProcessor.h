@@ -41,11 +41,12 @@ namespace android {
 /// device.
 ///
 /// A frame that the touch filter has cancelled and emptied is a lift-off to the abnormal-touch pass after it, which
-/// then forgets the cancel: with both on, the next frame of that gesture may cancel once more. That is a property of
-/// the chain.
+/// then forgets the cancel: with both on, every further frame of that gesture may cancel again while the cause lasts.
+/// That is a property of the chain.
 ///
 /// Threads: frames and keys come on one thread; window lists and surfaces may come on others at any time. What the
-/// latter write is under mLock, and a frame or a key copies it out once.
+/// latter write is under mLock; a frame or a key copies the surface out in one piece and asks for the rest where a
+/// decision needs it. Two surfaces configured at once may leave the size of one and the areas of the other.
 class ZqFrontFPAftProcessor : public virtual RefBase {
   public:
     ZqFrontFPAftProcessor();
@@ -140,6 +141,7 @@ class ZqFrontFPAftProcessor : public virtual RefBase {
     static bool isNavigationBar(const InputWindowHandle& window);
     bool barIsNextToSensor(const InputWindowHandle& bar) const;
     Surface surface();
+    const RawPointerData& lastFrame() const;
 
     // Abnormal touches.
     bool touchAbnormal(const RawPointerData::Pointer& p) const;
@@ -167,8 +169,9 @@ class ZqFrontFPAftProcessor : public virtual RefBase {
     uint32_t mTouchSeq = 1;           ///< number of the current or next touch sequence, never 0
     String8 mTouchSeqDesc;
     bool mPreferNavigationBar = false;  ///< (L)
-    Vector<int> mFilteredKeys;          ///< codes whose key-down was consumed and whose key-up is still to come
-    BitSet32 mRestrainedIdBits{};       ///< held back now
+    /// Codes whose key-down was consumed and whose key-up is still to come, once for each key-down.
+    Vector<int> mFilteredKeys;
+    BitSet32 mRestrainedIdBits{};  ///< held back now
     std::array<RestrainedPoint, RawPointerData::kMaxIds> mRestrainedPoints;
     BitSet32 mReportedIdBits{};   ///< whose current decision has been logged
     BitSet32 mWideRangeIdBits{};  ///< seen outside the filter area in this sequence

@@ -7,6 +7,7 @@
 #include "aft/frontfp/FingerprintKeys.h"
 #include "aft/frontfp/FrontFPLog.h"
 #include "aft/frontfp/ZqFrontFPAftProcessor.h"
+#include "aft/host/Contacts.h"
 
 namespace android {
 
@@ -45,8 +46,10 @@ int ZqFrontFPAftProcessor::processKey(InputMapper* mapper, int64_t when, int32_t
         case FingerprintKeys::kIdentifyEnd:
             identifyFinished(when);
             break;
-        default:
+        case FingerprintKeys::kEnrollStart:
             enrollStarted(when);
+            break;
+        default:
             break;
     }
     return kConsume;
@@ -87,14 +90,10 @@ int ZqFrontFPAftProcessor::fingerprintEventDown(InputMapper* mapper, int64_t whe
 
 void ZqFrontFPAftProcessor::fingerDownOnSensor(int64_t when) {
     mFPEventState.updateFPKeyEvent(when, FingerprintKeys::kFingerDown);
-    if (mLastRawPointerData != nullptr) {
-        const AftArea filterArea = surface().filterArea;
-        for (uint32_t id : mLastRawPointerData->touchingIdBits) {
-            const RawPointerData::Pointer* p = mLastRawPointerData->find(id);
-            if (p == nullptr || p->isHovering != 0) continue;
-            LOGD("%s, receive finger down on FP, last touch point(id=%d, x=%d, y=%d), filter area:%s",
-                 mTouchSeqDesc.c_str(), id, p->x, p->y, filterArea.toString().c_str());
-        }
+    const AftArea filterArea = surface().filterArea;
+    for (auto [id, p] : contacts(lastFrame(), lastFrame().touchingIdBits)) {
+        LOGD("%s, receive finger down on FP, last touch point(id=%d, x=%d, y=%d), filter area:%s",
+             mTouchSeqDesc.c_str(), id, p.x, p.y, filterArea.toString().c_str());
     }
 
     if (mNearbyPoints.touchRecently(when) && !mNearbyPoints.swipeOverEdge()) {
@@ -155,16 +154,20 @@ bool ZqFrontFPAftProcessor::filterFingerPrint(int32_t keyCode, int64_t when) {
 
 bool ZqFrontFPAftProcessor::touchingCentralArea() {
     const Surface on = surface();
-    if (!mTouching || !on.landscape || mLastRawPointerData == nullptr) return false;
-    for (uint32_t id : mLastRawPointerData->touchingIdBits) {
-        const RawPointerData::Pointer* p = mLastRawPointerData->find(id);
-        if (p == nullptr || p->isHovering != 0) continue;
-        if (!on.filterArea.contains(p->x, p->y) && on.centralArea.contains(p->x, p->y)) {
-            LOGI("During TouchSeq#%d point(%d, %d) in the central area", mTouchSeq, p->x, p->y);
+    if (!mTouching || !on.landscape) return false;
+    for (auto [id, p] : contacts(lastFrame(), lastFrame().touchingIdBits)) {
+        if (!on.filterArea.contains(p.x, p.y) && on.centralArea.contains(p.x, p.y)) {
+            LOGI("During TouchSeq#%d point(%d, %d) in the central area", mTouchSeq, p.x, p.y);
             return true;
         }
     }
     return false;
+}
+
+/// The latest frame as it came in, or an empty one where there was no memory to keep it.
+const RawPointerData& ZqFrontFPAftProcessor::lastFrame() const {
+    static constexpr RawPointerData kNoFrame{};
+    return mLastRawPointerData != nullptr ? *mLastRawPointerData : kNoFrame;
 }
 
 bool ZqFrontFPAftProcessor::fingerPrintDownRecently(int64_t when) const {

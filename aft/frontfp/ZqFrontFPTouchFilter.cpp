@@ -6,6 +6,7 @@
 #include "aft/frontfp/EventTime.h"
 #include "aft/frontfp/FrontFPLog.h"
 #include "aft/frontfp/ZqFrontFPAftProcessor.h"
+#include "aft/host/Contacts.h"
 #include "aft/host/PluginApi.h"
 
 namespace android {
@@ -49,15 +50,13 @@ void ZqFrontFPAftProcessor::processRawTouches(InputMapper* mapper, int64_t when,
 
     const bool firstSingle = !wasTouching && idBits.count() == 1;
     BitSet32 removeBits{};
-    for (uint32_t id : idBits) {
-        RawPointerData::Pointer* p = data.find(id);
-        if (p == nullptr || p->isHovering != 0) continue;
-        const Verdict verdict = judge(id, *p, now);
+    for (auto [id, p] : contacts(data, idBits)) {
+        const Verdict verdict = judge(id, p, now);
         if (verdict != Verdict::Outside) {
-            mNearbyPoints.updatePointRange(*p);
+            mNearbyPoints.updatePointRange(p);
             if (firstSingle) onlyFingerLandedInside(when);
         }
-        if (!apply(verdict, id, *p, now)) removeBits.markBit(id);
+        if (!apply(verdict, id, p, now)) removeBits.markBit(id);
     }
     if (!removeBits.isEmpty()) filterAndCompactPointers(&data, &idBits, &removeBits);
 }

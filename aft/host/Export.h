@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>  // says which standard library this is
+
 /// Marks what the host may call. Everything else in the plug-in stays hidden.
 #define AFT_EXPORT __attribute__((visibility("default")))
 

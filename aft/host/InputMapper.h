@@ -9,6 +9,9 @@
 
 namespace android {
 
+// The order of the virtual operations here is this build's own, as is what a device holds beside what the plug-in
+// reads: a build for a phone takes these types from the host's headers instead.
+
 /// Where the host's policy takes reports of filtered touches.
 class InputReaderPolicyInterface {
   public:

@@ -14,7 +14,8 @@
 #include "aft/host/SurfaceGeometry.h"
 
 /// All that `libzqaftprocessor.so` exports: fifteen functions with C linkage and one data object. `when` is the event
-/// time in ns. No exception leaves any of them.
+/// time in ns. No exception leaves any of them:
+/// where the heap is exhausted and no step says what happens then, the process ends.
 
 namespace android {
 
@@ -28,7 +29,8 @@ extern "C" {
 // What the host tells the plug-in. Frames and keys come on one thread, the input reader's; the others may come on any,
 // at the same time.
 
-/// @param mapper may be null; the key is then dispatched
+/// @param mapper may be null: while the filter is on, the key is then dispatched; while it is off, 516 to 519 are
+///               consumed whatever the mapper
 /// @return nonzero: the key is consumed and must not be dispatched; 0: dispatch it
 AFT_EXPORT int32_t processKey(android::InputMapper* mapper, int64_t when, int32_t keyCode, int32_t scanCode, bool down,
                               int32_t metaState, uint32_t policyFlags) noexcept;

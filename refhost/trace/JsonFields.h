@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <array>
-#include <cmath>
 #include <concepts>
 #include <cstdint>
 #include <limits>
@@ -11,6 +10,7 @@
 #include <string_view>
 
 #include "refhost/InputError.h"
+#include "refhost/SinglePrecision.h"
 #include "refhost/trace/JsonLine.h"
 
 namespace refhost {
@@ -38,7 +38,8 @@ class JsonPlace {
         if (mParent == nullptr) return "line";
         std::string way = mParent->mParent == nullptr ? "" : mParent->path();
         if (mKey.data() == nullptr) return way + fmt::format("[{}]", mIndex);
-        return way + (way.empty() ? "" : ".") + std::string(mKey);
+        if (!way.empty()) way += ".";
+        return way + (mKey.empty() ? "\"\"" : std::string(mKey));
     }
 
     std::string_view mFile;
@@ -53,10 +54,10 @@ class JsonPlace {
 template <std::integral T>
 requires(!std::same_as<T, bool>) void readJson(const JsonLine::Value& value, const JsonPlace& place, T& field) {
     using Kind = JsonLine::Kind;
-    if (value.kind() != Kind::Integer && value.kind() != Kind::Unsigned) place.fault("not an integer; expected one");
+    if (value.kind() != Kind::Integer && value.kind() != Kind::BigInteger) place.fault("not an integer; expected one");
     constexpr int64_t lowest = std::numeric_limits<T>::min();
     constexpr int64_t highest = std::numeric_limits<T>::max();
-    if (value.kind() == Kind::Unsigned || value.integer() < lowest || value.integer() > highest) {
+    if (value.kind() == Kind::BigInteger || value.integer() < lowest || value.integer() > highest) {
         place.fault(fmt::format("does not fit; expected {} to {}", lowest, highest));
     }
     field = static_cast<T>(value.integer());
@@ -69,13 +70,12 @@ inline void readJson(const JsonLine::Value& value, const JsonPlace& place, bool&
 
 inline void readJson(const JsonLine::Value& value, const JsonPlace& place, float& field) {
     using Kind = JsonLine::Kind;
-    if (value.kind() != Kind::Integer && value.kind() != Kind::Unsigned && value.kind() != Kind::Float) {
+    if (value.kind() != Kind::Integer && value.kind() != Kind::BigInteger && value.kind() != Kind::Float) {
         place.fault("not a number; expected one");
     }
-    if (!(std::abs(value.real()) <= double{std::numeric_limits<float>::max()})) {
-        place.fault("does not fit; expected a number of single precision");
-    }
-    field = static_cast<float>(value.real());
+    const std::optional<float> single = singlePrecision(value.real());
+    if (!single) place.fault("does not fit; expected a number of single precision");
+    field = *single;
 }
 
 inline void readJson(const JsonLine::Value& value, const JsonPlace& place, std::string& field) {

@@ -13,11 +13,12 @@ class JsonLine::Handler {
     bool boolean(bool is) { return value({.kind = Kind::Boolean, .integer = is ? 1 : 0}); }
     bool number_integer(int64_t number) { return value({.kind = Kind::Integer, .integer = number}); }
     bool number_unsigned(uint64_t number) {
-        const Kind kind = number <= uint64_t{INT64_MAX} ? Kind::Integer : Kind::Unsigned;
-        return value({.kind = kind, .integer = static_cast<int64_t>(number)});
+        if (number > uint64_t{INT64_MAX}) return value({.kind = Kind::BigInteger, .real = static_cast<double>(number)});
+        return value({.kind = Kind::Integer, .integer = static_cast<int64_t>(number)});
     }
-    bool number_float(double number, const std::string& /*text*/) {
-        return value({.kind = Kind::Float, .real = number});
+    bool number_float(double number, const std::string& text) {
+        const bool whole = text.find_first_of(".eE") == std::string::npos;  // too long for the library's integers
+        return value({.kind = whole ? Kind::BigInteger : Kind::Float, .real = number});
     }
     bool string(std::string& text) { return value(stringNode(text)); }
     bool binary(std::vector<uint8_t>& /*bytes*/) { return false; }  // JSON text has none
@@ -32,10 +33,14 @@ class JsonLine::Handler {
     bool end_array() { return close(); }
 
     bool parse_error(size_t position, const std::string& /*token*/, const nlohmann::detail::exception& fault) {
-        const std::string_view reason = fault.what();
-        const size_t colon = reason.find(": ");  // what stands before it is the library's own numbering
-        mLine.mError = "column " + std::to_string(position) + ": " +
-                       std::string(colon == std::string_view::npos ? reason : reason.substr(colon + 2));
+        // What stands before these is the library's own numbering; what it cites may be as long as the line.
+        std::string_view reason = fault.what();
+        for (const std::string_view before : {"] ", "parse error at line 1, column ", ": "}) {
+            const size_t at = reason.find(before);
+            if (at != std::string_view::npos) reason.remove_prefix(at + before.size());
+        }
+        constexpr size_t kWorthCiting = 160;
+        mLine.mError = "column " + std::to_string(position) + ": " + std::string(reason.substr(0, kWorthCiting));
         return false;
     }
 
@@ -78,14 +83,7 @@ bool JsonLine::parse(std::string_view text) {
 }
 
 double JsonLine::Value::real() const {
-    switch (kind()) {
-        case Kind::Integer:
-            return static_cast<double>(node().integer);
-        case Kind::Unsigned:
-            return static_cast<double>(static_cast<uint64_t>(node().integer));
-        default:
-            return node().real;
-    }
+    return kind() == Kind::Integer ? static_cast<double>(node().integer) : node().real;
 }
 
 std::string_view JsonLine::Value::string() const {

@@ -14,7 +14,8 @@ namespace refhost {
 /// twice. One thread.
 class JsonLine {
   public:
-    enum class Kind : uint8_t { Null, Boolean, Integer, Unsigned, Float, String, Array, Object };
+    /// A BigInteger is one beyond 64 bits signed: it fits no field of integers.
+    enum class Kind : uint8_t { Null, Boolean, Integer, BigInteger, Float, String, Array, Object };
 
   private:
     struct Node {
@@ -22,8 +23,8 @@ class JsonLine {
         uint32_t size = 0;    ///< elements, members, or bytes of a string
         size_t next = 0;      ///< the node after this value and all that it holds
         size_t text = 0;      ///< offset of a string in mText
-        int64_t integer = 0;  ///< Integer, Boolean; Unsigned as its bits
-        double real = 0;      ///< Float
+        int64_t integer = 0;  ///< Integer, Boolean
+        double real = 0;      ///< BigInteger, Float
     };
 
   public:
@@ -35,7 +36,7 @@ class JsonLine {
         Kind kind() const { return node().kind; }
         bool boolean() const { return node().integer != 0; }
         int64_t integer() const { return node().integer; }  ///< Integer
-        double real() const;                                ///< Integer, Unsigned or Float
+        double real() const;                                ///< Integer, BigInteger or Float
         std::string_view string() const;                    ///< String
 
         size_t size() const { return node().size; }  ///< elements of an Array, members of an Object

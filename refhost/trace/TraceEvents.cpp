@@ -25,8 +25,10 @@ void readDevice(JsonFields& fields, const TraceHeader& header, DeviceRef& device
 }
 
 void readId(const JsonLine::Value& value, const JsonPlace& place, uint32_t& id) {
-    readJson(value, place, id);
-    if (id >= RawPointerData::kMaxIds) place.fault("no pointer id; expected 0 to 31");
+    int64_t number = 0;
+    readJson(value, place, number);
+    if (number < 0 || number >= int64_t{RawPointerData::kMaxIds}) place.fault("no pointer id; expected 0 to 31");
+    id = static_cast<uint32_t>(number);
 }
 
 /// An id set. False where the key is absent.
@@ -182,6 +184,7 @@ void read(JsonFields& /*fields*/, const TraceHeader& /*header*/, NotifyScreenSta
 
 void read(JsonFields& fields, const TraceHeader& /*header*/, SetProperty& happening) {
     fields.required("key", happening.key);
+    if (happening.key.empty()) JsonPlace(fields.place(), "key").fault("empty; expected a property's name");
     fields.required("value", happening.value);
     checkPropertyValue(happening.value, JsonPlace(fields.place(), "value"));
 }
@@ -230,8 +233,12 @@ const Kind* find(JsonFields& fields, std::string_view key, const Kind (&kinds)[N
 void readTraceLine(const JsonLine::Value& object, const JsonPlace& place, const TraceHeader& header, TraceLine& line) {
     JsonFields fields(object, place);
     line.t.reset();
-    const Kind* kind = find(fields, "call", kCalls);
-    if (kind == nullptr) kind = find(fields, "platform", kPlatform);
+    const Kind* call = find(fields, "call", kCalls);
+    const Kind* happening = find(fields, "platform", kPlatform);
+    if (call != nullptr && happening != nullptr) {
+        JsonPlace(place, "platform").fault("beside \"call\"; expected one of them");
+    }
+    const Kind* kind = call != nullptr ? call : happening;
     if (kind == nullptr) place.fault("neither \"call\" nor \"platform\"; expected one of them");
     fields.with("t",
                 [&](const JsonLine::Value& value, const JsonPlace& here) { readJson(value, here, line.t.emplace()); });

@@ -20,6 +20,7 @@ void readProperties(const JsonLine::Value& value, const JsonPlace& place, TraceH
     if (value.kind() != JsonLine::Kind::Object) place.fault("not an object; expected key and value pairs");
     for (auto it = value.begin(); !(it == value.end()); ++it) {
         const JsonPlace here(place, it.key());
+        if (it.key().empty()) place.fault("a property without a name; expected one");
         std::string text;
         readJson(*it, here, text);
         checkPropertyValue(text, here);
@@ -89,10 +90,16 @@ bool TraceReader::readLine() {
     }
     ++mLineNumber;
     mRead += static_cast<double>(mText.size() + 1);
+    const size_t first = mText.find_first_not_of(" \t\r");
+    const bool blank = first == std::string::npos;
+    if (!blank && mJson.parse(mText)) return true;
     const JsonPlace place(mName, mLineNumber);
-    if (mText.find_first_not_of(" \t\r") == std::string::npos) place.fault("empty; expected a JSON object");
-    if (!mJson.parse(mText)) throw InputError(mName, mLineNumber, "json", mJson.error() + "; expected a JSON object");
-    return true;
+    if (mLineNumber == 1 && (blank || mText[first] != '{')) {
+        JsonPlace(place, "trace")
+            .fault("no JSON object, so no trace; expected its header (a recording needs --profile)");
+    }
+    if (blank) place.fault("empty; expected a JSON object");
+    throw InputError(mName, mLineNumber, "json", mJson.error() + "; expected one JSON object on the line");
 }
 
 void TraceReader::readHeader() {

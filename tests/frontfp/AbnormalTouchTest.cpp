@@ -46,6 +46,9 @@ TEST(AbnormalTouch, OncePerGesture) {
     phone.touch({hand, finger(1).flagged(kAbnormal).hovering()});
     EXPECT_EQ(phone.cancels(), 0u) << "a hovering pointer";
     phone.touchWithoutMapper(dirty);
+    phone.touch(finger(4).flagged(kAbnormal));
+    EXPECT_EQ(phone.cancels(), 1u) << "a fold display: in any window";
+    phone.lift();
     phone.touch({hand, dirty, finger(5).flagged(kAbnormal)});
     EXPECT_EQ(phone.cancels(), 1u);
     EXPECT_EQ(phone.said(), std::vector{std::string("Cancel abnormal touch seq for pointerCount=3, point(-7, 20), "

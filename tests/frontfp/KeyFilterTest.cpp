@@ -62,12 +62,17 @@ TEST(KeyFilter, WhatWaitsForItsFinger) {
         std::chrono::milliseconds after;
         int32_t y;
         size_t sent;
+        Fingers more = {};
     };
     for (const Case& c :
          {Case{513, 0ms, 2200, 0}, Case{513, 1ms, 2200, 2}, Case{513, 119ms, 2200, 2}, Case{513, 120ms, 2200, 0},
-          Case{514, 60ms, 2200, 2}, Case{601, 60ms, 2200, 2}, Case{515, 60ms, 2200, 0}, Case{513, 60ms, 2000, 0}}) {
+          Case{514, 60ms, 2200, 2}, Case{601, 60ms, 2200, 2}, Case{515, 60ms, 2200, 0}, Case{513, 60ms, 2000, 0},
+          Case{513, 60ms, 2200, 0, {finger(1).at(550, 2200)}}}) {
         Phone phone;
-        phone.touch(finger(0).at(540, c.y));
+        Fingers landing = c.more;
+        landing.push_back(finger(0).at(540, c.y));
+        phone.touch(landing);
+        phone.touch(finger(0).at(540, 2200));  // coming in later is no landing on the sensor
         phone.after(c.after).key(c.key);
         phone.after(20ms).lift();
         EXPECT_EQ(phone.sentKeys().size(), c.sent) << c.key << " after " << c.after.count() << " ms at y " << c.y;
@@ -94,6 +99,12 @@ TEST(KeyFilter, AKeyJustBeforeLiftOffIsKept) {
     EXPECT_TRUE(phone.said("handlePendingKey, pending key's down after now!"));
     phone.after(1ns).lift();
     EXPECT_EQ(phone.sentKeys().size(), 2u);
+    phone.after(1s).touch(kOnSensor);
+    phone.after(60ms).key(513);
+    phone.lift();
+    phone.after(5ms).touch(kOnSensor);
+    phone.after(5ms).lift();
+    EXPECT_TRUE(phone.sentKeys().empty()) << "sent for another touch than its own";
 }
 
 // With a finger near the sensor its keys are consumed; each key-up shares the fate of its key-down.
@@ -121,6 +132,20 @@ TEST(KeyFilter, MarksForTheNextKey) {
     EXPECT_TRUE(phone.key(511));
     EXPECT_TRUE(phone.said("Finger down since touchSeq#1 mark this key should be filtered"));
     EXPECT_FALSE(phone.key(511)) << "the mark is spent";
+    for (const auto& [again, down] : {std::pair{516, true}, {502, false}}) {
+        phone.at(70s).touch(kOnSensor);
+        phone.after(200ms).key(516);
+        phone.lift();
+        phone.key(again, down);
+        EXPECT_FALSE(phone.key(511)) << "the mark outlives " << again;
+    }
+}
+
+// A key that was passed on says that a finger is on the sensor: a touch right after it is that finger.
+TEST(KeyFilter, ADispatchedKeyIsAFingerOnTheSensor) {
+    Phone phone;
+    EXPECT_FALSE(phone.key(501));
+    EXPECT_EQ(phone.after(50ms).touch(kOnSensor), kNone);
 }
 
 // The sensor's enter key takes the finger-up that follows it along, whatever comes in between.
@@ -151,6 +176,11 @@ TEST(KeyFilter, AThumbInTheMiddleOfALandscapeScreen) {
         phone.touch(finger(0).at(c.x, c.y));
         EXPECT_EQ(phone.after(500ms).key(501), c.consumed) << c.orientation << ": " << c.x << ", " << c.y;
     }
+    Phone phone;
+    phone.rotate(1);
+    phone.touch(kOnSensor);
+    EXPECT_TRUE(phone.after(500ms).key(501));
+    EXPECT_TRUE(phone.said("finger touching nearby the fingerprint, filter this fingerprint's event"));
 }
 
 // A finger that slides over the sensor means its keys: they are dispatched although it is near.
@@ -162,6 +192,8 @@ TEST(KeyFilter, ASlideOverTheSensorReportsItsKeys) {
     EXPECT_FALSE(phone.after(500ms).key(501));
     EXPECT_TRUE(phone.said("a nearby FP finger may swipe along the X axis(xRange:110,yRange:10)"));
     EXPECT_TRUE(phone.said("finger may swipe over the fingerprint, report this fingerprint's event"));
+    EXPECT_TRUE(phone.key(516));
+    EXPECT_TRUE(phone.said("During TouchSeq#1, new finger touch down on the FP, reset the wait state"));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // The filter's state records and what no host can bring about: linked from the plug-in's own objects.
 
+#include <android/log.h>
 #include <gtest/gtest.h>
 
 #include "aft/frontfp/AftAreaConfig.h"
@@ -8,7 +9,8 @@
 #include "aft/frontfp/NearbyFPPoints.h"
 #include "aft/frontfp/ZqFrontFPAftProcessor.h"
 #include "aft/host/PluginApi.h"
-#include "refhost/HostDevice.h"
+#include "refhost/play/HostDevice.h"
+#include "tests/support/Allocations.h"
 #include "tests/support/Log.h"
 
 namespace android {
@@ -244,6 +246,21 @@ TEST_F(FilterTest, WithoutALastFrame) {
     frame(0, point(0, 500, 500), 60'000 * kMs);
     EXPECT_EQ(filter->processKey(sensor.mapper(), 60'500 * kMs, 516, 0, true, 0, 0), 1);
     EXPECT_EQ(filter->processKey(sensor.mapper(), 60'500 * kMs, 501, 0, true, 0, 0), 0);
+}
+
+// A frame must not wait for the allocator, which other threads of the input service hold for as long as they like.
+TEST_F(FilterTest, AGestureAllocatesNothing) {
+    aftplatform::setMinimumLogPriority(ANDROID_LOG_ERROR);
+    filter->configureSurface(1080, 2340, 0);
+    size_t before = 0;
+    for (int gesture = 0; gesture < 3; ++gesture) {
+        if (gesture == 1) before = test::allocations();  // the first has given the texts their storage
+        frame(0, point(0, 540, 2200), 60'000 * kMs);
+        frame(0, point(0, 540, 2000), 60'008 * kMs);
+        lift();
+    }
+    EXPECT_GT(before, 0u);
+    EXPECT_EQ(test::allocations(), before);
 }
 
 // Frames beyond the record's bounds must not read or write outside of it: the sanitizers watch.

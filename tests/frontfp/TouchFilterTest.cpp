@@ -110,6 +110,10 @@ TEST(TouchFilter, AFingerFromOutsideIsNeverHeldBack) {
     EXPECT_EQ(phone.after(10ms).touch(finger(4).at(540, 2150)).size(), 1u);
     EXPECT_TRUE(phone.said("TouchSeq#1, wide range point:id=4 move into filter area at point(x=540, y=2150)"));
     EXPECT_TRUE(phone.said("TouchSeq#1, mark point(id=4, x=540, y=2150) nearby the FP, reason:wide range point"));
+    phone.touch(finger(4).at(540, 2099));
+    EXPECT_TRUE(phone.said("TouchSeq#1, touch point(id=4, x=540, y=2099) move out the filter area"));
+    phone.touch(finger(4).at(540, 2098));
+    EXPECT_TRUE(phone.said().empty()) << "told in every frame";
 }
 
 // The navigation bar in front of the sensor gets its touches, but not while the sensor enrols or identifies.
@@ -156,17 +160,93 @@ TEST(TouchFilter, NoMapperNoCancel) {
     EXPECT_FALSE(phone.said("this touch may caused by identify finger, cancel it"));
 }
 
-// A slide sideways over the sensor is the sensor's own swipe: the touch under it is cancelled.
+// A slide sideways over the sensor is the sensor's own swipe: the touch under it is cancelled, if a key has just said
+// so.
 TEST(TouchFilter, ASwipeOverTheSensorCancels) {
-    for (const auto& [range, cancels] : {std::pair{100, 0u}, {101, 1u}}) {
+    struct Case {
+        int32_t range, key;
+        std::chrono::milliseconds after;
+        size_t cancels;
+    };
+    for (const Case& c : {Case{100, 514, 10ms, 0}, Case{101, 514, 10ms, 1}, Case{101, 513, 299ms, 1},
+                          Case{101, 513, 300ms, 0}, Case{101, 516, 10ms, 1}, Case{101, 501, 10ms, 0}}) {
         Phone phone;
         phone.touch(finger(0).at(450, 2200));
         phone.after(10ms).touch(finger(0).at(450, 2200));  // the landing itself is not part of the range
-        phone.after(10ms).touch(finger(0).at(450 + range, 2279));
-        phone.after(500ms).key(514);
-        phone.after(10ms).touch(finger(0).at(450 + range, 2279));
-        EXPECT_EQ(phone.cancels(), cancels) << range;
+        phone.after(10ms).touch(finger(0).at(450 + c.range, 2279));
+        phone.after(500ms).key(c.key);
+        phone.after(c.after).touch(finger(0).at(450 + c.range, 2279));
+        EXPECT_EQ(phone.cancels(), c.cancels) << c.range << ", key " << c.key << " after " << c.after.count();
     }
+}
+
+// A swipe that has been given back to the user is no slide over the sensor, however sideways it goes on.
+TEST(TouchFilter, ARestoredSwipeIsNotCancelled) {
+    HeldBackFinger phone;
+    phone.after(10ms).touch(kLanding.at(540, 2150));
+    phone.after(10ms).touch(kLanding.at(660, 2150));
+    phone.after(10ms).key(514);
+    phone.after(10ms).touch(kLanding.at(661, 2150));
+    EXPECT_EQ(phone.cancels(), 0u);
+}
+
+// Every touch starts from nothing: what the one before was, in or outside of the area, held back or told, is over.
+TEST(TouchFilter, EachTouchStartsFromNothing) {
+    HeldBackFinger phone;
+    phone.lift();
+    EXPECT_EQ(phone.after(20ms).touch(kLanding), kNone);
+    EXPECT_EQ(phone.said().size(), 1u) << "told anew";
+    phone.lift();
+    EXPECT_EQ(phone.after(400ms).touch(kLanding).size(), 1u) << "still held back from the touch before";
+    phone.lift();
+    phone.touch(finger(0).at(540, 2000));
+    phone.lift();
+    phone.key(kFingerDown);
+    EXPECT_EQ(phone.after(20ms).touch(kLanding), kNone) << "still wide-range from the touch before";
+    phone.lift();
+    phone.after(400ms).touch(kLanding);
+    phone.after(20ms).lift();
+    phone.touch(finger(0).at(540, 2000));
+    phone.after(20ms).key(kIdentifyStart);
+    phone.after(20ms).touch(finger(0).at(540, 2000));
+    EXPECT_EQ(phone.cancels(), 0u) << "cancelled for the touch-down of the touch before";
+}
+
+// A finger that lifts while another stays is forgotten: the next one with its id is judged by itself.
+TEST(TouchFilter, AFingerThatLiftsIsForgotten) {
+    const Finger other = finger(1).at(100, 100);
+    HeldBackFinger phone;
+    phone.after(10ms).touch({kLanding, other});
+    phone.after(400ms).touch(other);
+    EXPECT_EQ(phone.touch({kLanding, other}).size(), 2u) << "held back like the finger before";
+    phone.touch({kLanding.at(540, 2000), other});
+    phone.touch(other);
+    phone.key(kEnroll);
+    EXPECT_EQ(phone.touch({kLanding, other}), Fingers{other}) << "wide-range like the finger before";
+}
+
+// After a cancelled touch the next one can be cancelled, too, with nothing but the touch filter on.
+TEST(TouchFilter, TheNextTouchCanBeCancelled) {
+    Phone phone(
+        Phone::Properties{{"ro.zqaft.tpfp.filter_area", "400,2100,680,2340"}, {"persist.zqaft.disable_abt", "1"}});
+    for (int touch = 0; touch < 2; ++touch) {
+        phone.after(5s).touch(kLanding);
+        phone.after(80ms).key(kIdentifyStart);
+        phone.after(8ms).touch(kLanding);
+        EXPECT_EQ(phone.cancels(), 1u) << touch;
+        phone.lift();
+    }
+}
+
+// A finger that the navigation bar got stays with apps when the bar goes: it must not vanish under the user's finger.
+TEST(TouchFilter, TheNavigationBarLiftsARestraint) {
+    HeldBackFinger phone;
+    phone.show({navigationBar()});
+    EXPECT_EQ(phone.after(400ms).touch(kLanding).size(), 1u);
+    refhost::WindowDescription hidden = navigationBar();
+    hidden.visible = false;
+    phone.show({hidden});
+    EXPECT_EQ(phone.touch(kLanding).size(), 1u);
 }
 
 // A second finger makes it a gesture of the hand: what waited for a single finger on the sensor is sent or forgotten.
@@ -176,6 +256,10 @@ TEST(TouchFilter, ASecondFingerSendsTheHeldBackKey) {
     ASSERT_TRUE(phone.after(60ms).key(513));
     phone.after(20ms).touch({kLanding, finger(1).at(200, 600)});
     ASSERT_EQ(phone.sentKeys().size(), 2u);
+    phone.after(10ms).key(514);
+    EXPECT_FALSE(phone.said("delayDispatchKey delay dispatch the key:514"))
+        << "waits for a finger that is no longer alone";
+    EXPECT_TRUE(phone.said().front().starts_with("During touchSeq#1, pointer is touching")) << phone.said().front();
     phone.after(10ms).key(kIdentifyStart);
     phone.after(10ms).touch(kLanding);
     EXPECT_EQ(phone.cancels(), 0u) << "the touch is no longer the sensor's";
@@ -202,8 +286,11 @@ TEST(TouchFilter, OtherFingersStayInPlace) {
 // An identification that has finished holds its own touch back to 1699 ms; the next touch is free.
 TEST(TouchFilter, AfterTheIdentificationTheNextTouchIsFree) {
     Phone phone;
-    phone.touch(finger(0).at(100, 100));
-    phone.after(10ms).key(kIdentifyStart);
+    phone.key(kIdentifyStart);
+    phone.after(10ms).touch(finger(0).at(100, 100));
+    EXPECT_TRUE(
+        phone.said("First finger touch down on TP in touchSeq#1 after starting indentify finger 10ms later, "
+                   "timeout=0"));
     phone.after(10ms).key(kIdentifyEnd);
     EXPECT_EQ(phone.after(1699ms).touch({finger(0).at(100, 100), finger(1).at(540, 2200)}).size(), 1u);
     phone.lift();

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "refhost/Plugin.h"
+#include "refhost/play/Plugin.h"
 #include "tests/support/Log.h"
 
 namespace test {
@@ -83,6 +83,7 @@ TEST_F(PointerHelpers, CopyingTakesWhatIsThere) {
     EXPECT_EQ(to.idToIndex[6], 1u);
     EXPECT_EQ(to.idToIndex[8], 77u);
     EXPECT_EQ(to.touchingIdBits, from.touchingIdBits);
+    EXPECT_EQ(to.hoveringIdBits, from.hoveringIdBits);
     EXPECT_EQ(log.texts(), std::vector{std::string("copyRawPointerData pointer[0] id=40 is invalid!")});
     plugin.clearRawPointerData(&to);
     EXPECT_EQ(to.pointerCount + to.hoveringIdBits.value + to.touchingIdBits.value, 0u);

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "refhost/Player.h"
+#include "refhost/play/Player.h"
 
 namespace test {
 

@@ -19,6 +19,7 @@ extern "C" {
 /// @param fmt  as for printf; the text is never cut
 /// @return     bytes of text, 0 for a dropped line, negative when `fmt` could not be formatted
 /// Allocates only for texts longer than a common line. Any thread.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the phone's name for it
 AFTPLATFORM_API int __android_log_print(int prio, const char* tag, const char* fmt, ...)
     __attribute__((format(printf, 3, 4)));
 

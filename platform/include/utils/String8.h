@@ -41,7 +41,7 @@ class String8 {
     /// @return 0; negative, with the text as before, when `fmt` could not be formatted
     AFTPLATFORM_API status_t appendFormat(const char* fmt, ...) __attribute__((format(printf, 2, 3)));
 
-    /// Empties the text and keeps its storage for the next.
+    /// Empties the text and keeps its storage for the next; the phone may give it back.
     void clear() { mText.clear(); }
 
     friend bool operator==(const String8& a, const String8& b) { return a.mText == b.mText; }

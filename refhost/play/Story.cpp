@@ -1,4 +1,4 @@
-#include "refhost/Story.h"
+#include "refhost/play/Story.h"
 
 #include <fmt/format.h>
 
@@ -34,8 +34,16 @@ std::string words(const CallResult& result, Wanted wanted) {
     return "";
 }
 
-/// The first of what the filter says about a finger is the decision; what follows are its consequences.
+/// The filter's line on putting this finger back where it landed.
+std::string wordsOnRestoring(const CallResult& result, uint32_t id) {
+    return words(result, [id](std::string_view text) { return idIn(text) == id && says(text, "compensate point("); });
+}
+
+/// The first of what the filter says about a finger is the decision; what follows are its consequences. Putting it back
+/// goes before all.
 std::string wordsOnFinger(const CallResult& result, uint32_t id) {
+    std::string restoring = wordsOnRestoring(result, id);
+    if (!restoring.empty()) return restoring;
     return words(result, [id](std::string_view text) { return idIn(text) == id && !says(text, "Cancel "); });
 }
 

@@ -1,4 +1,4 @@
-#include "refhost/Player.h"
+#include "refhost/play/Player.h"
 
 #include <chrono>
 

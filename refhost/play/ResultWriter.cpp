@@ -1,4 +1,4 @@
-#include "refhost/ResultWriter.h"
+#include "refhost/play/ResultWriter.h"
 
 #include "platform/control/LogSink.h"
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "refhost/CallResult.h"
-#include "refhost/Plugin.h"
+#include "refhost/play/CallResult.h"
+#include "refhost/play/Plugin.h"
 #include "refhost/trace/Trace.h"
 
 namespace refhost {

@@ -1,4 +1,4 @@
-#include "refhost/Plugin.h"
+#include "refhost/play/Plugin.h"
 
 #include <dlfcn.h>
 #include <fmt/format.h>

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "refhost/CallResult.h"
-#include "refhost/DurationHistogram.h"
+#include "refhost/play/CallResult.h"
+#include "refhost/play/DurationHistogram.h"
 #include "refhost/trace/Trace.h"
 
 namespace refhost {

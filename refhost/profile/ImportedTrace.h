@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "refhost/Profile.h"
+#include "refhost/profile/Profile.h"
 #include "refhost/recording/FrameMaker.h"
 #include "refhost/recording/Recording.h"
 #include "refhost/trace/Trace.h"

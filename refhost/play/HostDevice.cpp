@@ -1,4 +1,4 @@
-#include "refhost/HostDevice.h"
+#include "refhost/play/HostDevice.h"
 
 namespace refhost {
 

@@ -8,7 +8,7 @@
 
 #include "aft/host/NotifyKeyArgs.h"
 #include "aft/host/RawPointerData.h"
-#include "refhost/HostDevice.h"
+#include "refhost/play/HostDevice.h"
 
 namespace refhost {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "refhost/CallResult.h"
 #include "refhost/JsonText.h"
+#include "refhost/play/CallResult.h"
 
 namespace refhost {
 

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "refhost/InputError.h"
+#include "refhost/SinglePrecision.h"
 
 namespace refhost {
 
@@ -57,10 +58,9 @@ inline void readYaml(const YAML::Node& node, const YamlPlace& place, double& fie
 inline void readYaml(const YAML::Node& node, const YamlPlace& place, float& field) {
     double number = 0;
     readYaml(node, place, number);
-    if (number > double{std::numeric_limits<float>::max()} || number < -double{std::numeric_limits<float>::max()}) {
-        place.fault(node, "does not fit; expected a number of single precision");
-    }
-    field = static_cast<float>(number);
+    const std::optional<float> single = singlePrecision(number);
+    if (!single) place.fault(node, "does not fit; expected a number of single precision");
+    field = *single;
 }
 
 inline void readYaml(const YAML::Node& node, const YamlPlace& place, std::string& field) {

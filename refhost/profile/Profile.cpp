@@ -1,15 +1,16 @@
-#include "refhost/Profile.h"
+#include "refhost/profile/Profile.h"
 
 #include <libevdev/libevdev.h>
 
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <set>
 #include <sstream>
 
 #include "platform/control/Properties.h"
 #include "refhost/Files.h"
-#include "refhost/YamlFields.h"
+#include "refhost/profile/YamlFields.h"
 
 namespace refhost {
 
@@ -41,8 +42,11 @@ void readPropertyFile(const YAML::Node& node, const YamlPlace& place, const std:
 
 void readProperties(const YAML::Node& node, const YamlPlace& place, Profile& profile) {
     if (!node.IsMap()) place.fault(node, "not a map; expected properties with values");
+    std::set<std::string> seen;
     for (const auto& entry : node) {
         const std::string key = entry.first.Scalar();
+        if (key.empty()) place.fault(entry.first, "a property without a name; expected one");
+        if (!seen.insert(key).second) place.below(key).fault(entry.first, "given twice; expected once");
         std::string value;
         readYaml(entry.second, place.below(key), value);
         if (value.size() > aftplatform::properties::kMaxValueLength) {

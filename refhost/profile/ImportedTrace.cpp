@@ -1,4 +1,4 @@
-#include "refhost/Import.h"
+#include "refhost/profile/ImportedTrace.h"
 
 #include <fmt/format.h>
 #include <libevdev/libevdev.h>
@@ -29,6 +29,9 @@ constexpr int64_t kDisorderUs = 1'000'000;
 
 /// A longer step forward is a clock that was set, too: a year.
 constexpr int64_t kLongestPauseUs = int64_t{366} * 24 * 3600 * 1'000'000;
+
+/// Where the trace's clock stops: 64 bits of nanoseconds hold no more.
+constexpr int64_t kLongestTraceUs = (INT64_MAX - ImportedTrace::kStartNs) / 1000;
 
 std::string counted(uint64_t count, std::string_view one, std::string_view many) {
     return fmt::format("{} {}", count, count == 1 ? one : many);
@@ -153,7 +156,7 @@ int64_t ImportedTrace::timeOf(const KernelEvent& event) {
     if (elapsedUs < clockUs) {
         ++mStepsBack;
     } else {
-        mClock = kStartNs + elapsedUs * 1000;
+        mClock = kStartNs + std::min(elapsedUs, kLongestTraceUs) * 1000;
     }
     return mClock;
 }

@@ -1,0 +1,104 @@
+#include <gtest/gtest.h>
+
+#include "refhost/profile/ImportedTrace.h"
+#include "refhost/recording/Readers.h"
+#include "tests/recording/RecordingText.h"
+#include "tests/refhost/TraceText.h"
+
+namespace refhost {
+namespace {
+
+const std::string kTouch = "touch: {name: panel, id: 3, surface: {width: 100, height: 200}}\n";
+
+ImportedTrace imported(const std::string& recording, const std::string& profile = kTouch,
+                       const std::string& device = "") {
+    return {readGetevent(recording, "in"), parseProfile(profile, "phone.yaml", "."), device};
+}
+
+// A recorded swipe would be replayed on a phone in another state, with keys lost, doubled or at another moment.
+TEST(Import, MakesATraceOfARecordingAndItsPhone) {
+    ImportedTrace trace = imported(R"(add device 1: /dev/fp
+  name:     "fp"
+[  100.000000] /dev/panel: 0003 0035 0000000a
+[  100.000000] /dev/panel: 0003 0036 00000014
+[  100.000000] /dev/panel: 0003 0037 00000002
+[  100.000000] /dev/panel: 0000 0000 00000000
+[  100.200000] /dev/fp: 0001 0161 00000001
+[  100.300000] /dev/fp: 0001 0161 00000002
+[  100.300000] /dev/volume: 0001 0161 00000001
+[  100.400000] /dev/fp: 0001 0161 00000000
+[  100.400000] /dev/fp: 0001 0074 00000001
+)",
+                                   kTouch + R"(keys: {name: fp, id: 5, policy_flags: 2, scancodes: {KEY_SELECT: 601}}
+windows: [{name: w}]
+timeline: [{at: 0.25, rotate: 1}, {at: 0.25, keyguard: true, property: {k: v}}, {at: 9, input: exit}]
+)");
+    EXPECT_EQ(
+        written(trace),
+        R"({"trace":"zqaft","version":1,"properties":{},"devices":[{"id":3,"name":"panel"},{"id":5,"name":"fp","sources":257}]}
+{"t":60000000000,"call":"configureSurface","device":3,"width":100,"height":200,"orientation":0,"rawX":[0,99],"rawY":[0,199]}
+{"t":60000000000,"call":"processInputWindow","windows":[{"name":"w"}]}
+{"t":60000000000,"call":"notifyInputStart"}
+{"t":60000000000,"call":"processRawTouches","device":3,"when":60000000000,"pointers":[{"id":0,"x":10,"y":20,"axes":[0,0,0,0,0,0,0,0,0,1],"extraData":134217728}]}
+{"t":60200000000,"call":"processKey","device":5,"when":60200000000,"keyCode":601,"scanCode":353,"down":true,"policyFlags":2}
+{"t":60250000000,"call":"configureSurface","device":3,"width":100,"height":200,"orientation":1,"rawX":[0,99],"rawY":[0,199]}
+{"t":60250000000,"call":"processInputWindow","windows":[{"name":"w"}],"keyguard":true}
+{"t":60250000000,"platform":"setProperty","key":"k","value":"v"}
+{"t":60400000000,"call":"processKey","device":5,"when":60400000000,"keyCode":601,"scanCode":353,"down":false,"policyFlags":2}
+{"t":69000000000,"call":"notifyInputExit"}
+)");
+    const std::string unmapped = "in: 1 key event without a key code in phone.yaml left out; the first is scan code ";
+    EXPECT_EQ(trace.leftOut(), (std::vector<std::string>{"in: 1 key repeat left out", unmapped + "116 (KEY_POWER)"}));
+}
+
+// A recording whose clock was set, or whose devices are slightly out of order, would freeze the replay or stretch it.
+TEST(Import, TheClockGoesOnWhateverTheRecordingsDoes) {
+    const struct {
+        std::vector<double> seconds;  ///< of each report; 0: without a time
+        std::vector<int64_t> whenMs;
+        size_t notes;  ///< of jumps and disorder
+    } cases[] = {
+        {{5000, 5000.1, 1400, 1400.2}, {0, 100, 100, 300}, 1},
+        {{1.5, 1700000000, 1700000000.5}, {0, 0, 500}, 1},
+        {{100, 100.4, 100.2, 100.3, 100.5}, {0, 400, 400, 400, 500}, 1},
+        {{100, 101, 100, 100, 31000100}, {0, 1000, 1000, 1000, 31000000000}, 1},
+        {{0, 0, 0}, {0, 10, 20}, 0},
+    };
+    for (const auto& c : cases) {
+        std::string text;
+        for (const double at : c.seconds) {
+            const std::string time = at > 0 ? fmt::format("[{:15.6f}] ", at) : "";
+            for (const char* event : {"0003 0035 00000001\n", "0003 0036 00000001\n", "0000 0000 00000000\n"})
+                text += time + event;
+        }
+        ImportedTrace trace = imported(text);
+        std::vector<int64_t> whenMs;
+        TraceLine line;
+        while (trace.next(line)) {
+            const auto* frame = std::get_if<ProcessRawTouches>(&line.event);
+            if (frame == nullptr) continue;
+            whenMs.push_back((frame->when - ImportedTrace::kStartNs) / 1'000'000);
+            EXPECT_EQ(line.t, frame->when);
+        }
+        EXPECT_EQ(whenMs, c.whenMs) << text;
+        EXPECT_EQ(trace.leftOut().size(), c.notes) << text;
+    }
+}
+
+// Coordinates of a panel twice as large would be replayed as if they were the profile's, and nobody would be told.
+TEST(Import, SaysWhereTheRecordingDoesNotFit) {
+    const std::string two = "/dev/a: 0003 0035 00000001\n/dev/b: 0003 0035 00000001\n";
+    const std::string axis = " ABS (0003): 0035  : value 0, min 0, max 199, fuzz 0, flat 0, resolution 0\n";
+    const std::string other = "in: another panel than phone.yaml: ";
+    EXPECT_EQ(imported("0003 0035 00000064\n0003 0036 000000c7\n").notes().back(),
+              other + "x 100 on line 1 lies outside the profile's surface");
+    EXPECT_EQ(imported("add device 1: /dev/x\n" + axis + "/dev/x: 0003 0035 00000001\n").notes().back(),
+              other + "x 0..199 in the recording, 0..99 in the profile");
+    EXPECT_EQ(imported("0003 0035 00000063\n0003 0036 000000c7\n").notes().size(), 1u)
+        << "no times, but the panel fits";
+    EXPECT_NE(errorOf([&] { imported(two); }).find("device: 2 devices send touches"), std::string::npos);
+    EXPECT_EQ(errorOf([&] { imported(two, kTouch, "/dev/b"); }), "");
+}
+
+}  // namespace
+}  // namespace refhost
