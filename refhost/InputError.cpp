@@ -4,16 +4,12 @@
 
 namespace refhost {
 
-namespace {
-
 std::string onOneLine(std::string text) {
     for (char& c : text) {
         if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = '?';
     }
     return text;
 }
-
-}  // namespace
 
 InputError::InputError(std::string_view file, uint32_t line, std::string_view key, std::string_view fault)
     : InputError(fmt::format("{}:{}: {}: {}", file, line, key, fault)) {}

@@ -20,6 +20,9 @@ class InputError : public std::runtime_error {
     explicit InputError(const std::string& line);
 };
 
+/// The text with '?' for each control character, which would move a terminal's cursor, or worse.
+std::string onOneLine(std::string text);
+
 /// A file that cannot be opened or read at all. what() says which and why.
 class FileError : public std::runtime_error {
   public:

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 
+#include "refhost/InputError.h"
 #include "refhost/profile/ImportedTrace.h"
 #include "refhost/profile/Profile.h"
 #include "refhost/recording/Readers.h"
@@ -24,7 +25,7 @@ std::unique_ptr<refhost::TraceSource> openRecording(const std::string& path, con
 }
 
 void say(const std::vector<std::string>& notes) {
-    for (const std::string& note : notes) fmt::print(stderr, "{}\n", note);
+    for (const std::string& note : notes) fmt::print(stderr, "{}\n", refhost::onOneLine(note));
 }
 
 }  // namespace zqaft

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "refhost/profile/Profile.h"
+#include "refhost/profile/TraceClock.h"
 #include "refhost/recording/FrameMaker.h"
 #include "refhost/recording/Recording.h"
 #include "refhost/trace/Trace.h"
@@ -17,11 +18,6 @@ namespace refhost {
 /// near zero mean "just booted" to the filters, and a recording's own clock means nothing. One thread.
 class ImportedTrace : public TraceSource {
   public:
-    static constexpr int64_t kStartNs = 60'000'000'000;
-
-    /// What an event without times is given: this much between one report and the next.
-    static constexpr int64_t kReportWithoutTimeNs = 10'000'000;
-
     /// @param device the touch device's name or path, before the profile's
     /// Throws InputError where the touch device cannot be told.
     ImportedTrace(Recording recording, Profile profile, const std::string& device);
@@ -38,12 +34,9 @@ class ImportedTrace : public TraceSource {
     std::vector<std::string> leftOut() const override;
 
   private:
-    void noteRecording();
-    void notePanel();
     void findKeyDevice();
-    void openWith(TraceEvent event) { mReady.push_back({0, kStartNs, std::move(event)}); }
+    void openWith(TraceEvent event) { mReady.push_back({0, TraceClock::kStartNs, std::move(event)}); }
 
-    int64_t timeOf(const KernelEvent& event);
     void take(const KernelEvent& event);
     void takeKey(const KernelEvent& event, int64_t when);
     void takeFrame(const TouchFrame& frame, int64_t when);
@@ -54,18 +47,15 @@ class ImportedTrace : public TraceSource {
     TraceHeader mHeader;
     uint32_t mTouchDevice;
     std::optional<uint32_t> mKeyDevice;  ///< absent: any device that sends a scan code of the profile's
+    TraceClock mClock;
     FrameMaker mFrames;
 
     std::deque<TraceLine> mReady;  ///< lines made and not yet handed out
     size_t mNextEvent = 0;
     size_t mNextHappening = 0;
-    int64_t mClock = kStartNs;
-    uint64_t mZeroUs = 0;  ///< the recording's time at the trace's start
     uint32_t mLine = 1;
     bool mFinished = false;
 
-    uint32_t mClockJumps = 0;
-    uint32_t mStepsBack = 0;     ///< events whose time is before the one that came before
     uint32_t mUnmappedKeys = 0;  ///< key events of the key device without a key code
     uint16_t mUnmappedCode = 0;  ///< the first of them
     uint32_t mKeyRepeats = 0;

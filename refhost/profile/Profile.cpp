@@ -3,13 +3,12 @@
 #include <libevdev/libevdev.h>
 
 #include <algorithm>
-#include <cmath>
 #include <filesystem>
-#include <set>
 #include <sstream>
 
 #include "platform/control/Properties.h"
 #include "refhost/Files.h"
+#include "refhost/profile/Timeline.h"
 #include "refhost/profile/YamlFields.h"
 
 namespace refhost {
@@ -37,23 +36,6 @@ void readPropertyFile(const YAML::Node& node, const YamlPlace& place, const std:
         for (const auto& [key, value] : aftplatform::properties::parse(text, found)) setProperty(profile, key, value);
     } catch (const aftplatform::properties::ParseError& fault) {
         throw InputError(fault.what());
-    }
-}
-
-void readProperties(const YAML::Node& node, const YamlPlace& place, Profile& profile) {
-    if (!node.IsMap()) place.fault(node, "not a map; expected properties with values");
-    std::set<std::string> seen;
-    for (const auto& entry : node) {
-        const std::string key = entry.first.Scalar();
-        if (key.empty()) place.fault(entry.first, "a property without a name; expected one");
-        if (!seen.insert(key).second) place.below(key).fault(entry.first, "given twice; expected once");
-        std::string value;
-        readYaml(entry.second, place.below(key), value);
-        if (value.size() > aftplatform::properties::kMaxValueLength) {
-            place.below(key).fault(entry.second, fmt::format("{} bytes long; expected at most {}", value.size(),
-                                                             aftplatform::properties::kMaxValueLength));
-        }
-        setProperty(profile, key, value);
     }
 }
 
@@ -126,95 +108,6 @@ void readKeys(const YAML::Node& node, const YamlPlace& place, Profile& profile) 
     }
 }
 
-WindowDescription readWindow(const YAML::Node& node, const YamlPlace& place) {
-    WindowDescription window;
-    YamlFields fields(node, place);
-    fields.required("name", window.name);
-    fields.optional("token", window.token);
-    fields.optional("type", window.type);
-    fields.optional("frame", window.frame);
-    fields.optional("visible", window.visible);
-    fields.optional("notch_area", window.notchArea);
-    fields.done();
-    return window;
-}
-
-/// `windows`, `focused` and `keyguard`, of which those that are absent stay as `shown` has them. False: none is there.
-bool readShown(YamlFields& fields, ProcessInputWindow& shown) {
-    const bool windows = fields.with("windows", [&](const YAML::Node& list, const YamlPlace& place) {
-        if (!list.IsSequence()) place.fault(list, "not a list; expected the windows");
-        shown.windows.clear();
-        shown.focused.reset();
-        for (size_t i = 0; i < list.size(); ++i) shown.windows.push_back(readWindow(list[i], place.at(i)));
-    });
-    const bool focused = fields.with("focused", [&](const YAML::Node& node, const YamlPlace& place) {
-        if (node.IsScalar() && node.Scalar() == "none") return shown.focused.reset();
-        readYaml(node, place, shown.focused.emplace());
-        if (*shown.focused >= shown.windows.size()) {
-            place.fault(node, "no window of this index; expected one of the list, from 0, or none");
-        }
-    });
-    const bool keyguard = fields.optional("keyguard", shown.keyguard);
-    return windows || focused || keyguard;
-}
-
-/// Reads the timeline; each entry changes what the ones before it have left.
-class TimelineReader {
-  public:
-    explicit TimelineReader(Profile& profile)
-        : mProfile(profile), mSurface(profile.surface), mShown(profile.windows.value_or(ProcessInputWindow())) {}
-
-    void read(const YAML::Node& list, const YamlPlace& place) {
-        if (!list.IsSequence()) place.fault(list, "not a list; expected what happens, in order");
-        for (size_t i = 0; i < list.size(); ++i) readEntry(list[i], place.at(i));
-    }
-
-  private:
-    void readEntry(const YAML::Node& node, const YamlPlace& place) {
-        YamlFields fields(node, place);
-        double seconds = 0;
-        fields.required("at", seconds);
-        constexpr double kYear = 366.0 * 24 * 3600;
-        if (seconds < 0 || seconds > kYear) place.below("at").fault(node, "expected seconds from the start, 0 or more");
-        mAt = std::llround(seconds * 1e9);
-        if (mAt < mLast) place.below("at").fault(node, "earlier than the entry before; expected them in order");
-        mLast = mAt;
-
-        bool any = false;
-        if (fields.optional("rotate", mSurface.orientation)) any = add(mSurface);
-        if (readShown(fields, mShown)) any = add(mShown);
-        any |= fields.with("property", [&](const YAML::Node& map, const YamlPlace& at) {
-            Profile scratch;
-            readProperties(map, at, scratch);
-            for (auto& [key, value] : scratch.properties) add(SetProperty{key, value});
-        });
-        any |= fields.with("input", [&](const YAML::Node& value, const YamlPlace& at) {
-            std::string state;
-            readYaml(value, at, state);
-            if (state == "start") {
-                add(NotifyInputStart{});
-            } else if (state == "exit") {
-                add(NotifyInputExit{});
-            } else {
-                at.fault(value, "expected start or exit");
-            }
-        });
-        fields.done();
-        if (!any) place.fault(node, "nothing happens; expected rotate, windows, focused, keyguard, property or input");
-    }
-
-    bool add(TraceEvent event) {
-        mProfile.timeline.push_back({mAt, std::move(event)});
-        return true;
-    }
-
-    Profile& mProfile;
-    ConfigureSurface mSurface;
-    ProcessInputWindow mShown;
-    int64_t mAt = 0;
-    int64_t mLast = 0;
-};
-
 Profile readDocument(const YAML::Node& document, const std::string& file, const std::string& folder) {
     Profile profile;
     profile.file = file;
@@ -223,14 +116,18 @@ Profile readDocument(const YAML::Node& document, const std::string& file, const 
     YamlFields fields(document, place);
     fields.with("properties_file",
                 [&](const YAML::Node& node, const YamlPlace& at) { readPropertyFile(node, at, folder, profile); });
-    fields.with("properties", [&](const YAML::Node& node, const YamlPlace& at) { readProperties(node, at, profile); });
+    fields.with("properties", [&](const YAML::Node& node, const YamlPlace& at) {
+        for (const auto& [key, value] : readProperties(node, at)) setProperty(profile, key, value);
+    });
     const auto touch = [&](const YAML::Node& node, const YamlPlace& at) { readTouch(node, at, profile); };
     if (!fields.with("touch", touch)) place.below("touch").fault(document, "missing; expected this key");
     fields.with("keys", [&](const YAML::Node& node, const YamlPlace& at) { readKeys(node, at, profile); });
     ProcessInputWindow shown;
     if (readShown(fields, shown)) profile.windows = shown;
-    fields.with("timeline",
-                [&](const YAML::Node& node, const YamlPlace& at) { TimelineReader(profile).read(node, at); });
+    // Last: it goes by all the rest.
+    fields.with("timeline", [&](const YAML::Node& node, const YamlPlace& at) {
+        profile.timeline = readTimeline(node, at, profile);
+    });
     fields.optional("note", profile.note);
     fields.done();
     return profile;

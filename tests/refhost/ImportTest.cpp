@@ -77,7 +77,7 @@ TEST(Import, TheClockGoesOnWhateverTheRecordingsDoes) {
         while (trace.next(line)) {
             const auto* frame = std::get_if<ProcessRawTouches>(&line.event);
             if (frame == nullptr) continue;
-            whenMs.push_back((frame->when - ImportedTrace::kStartNs) / 1'000'000);
+            whenMs.push_back((frame->when - TraceClock::kStartNs) / 1'000'000);
             EXPECT_EQ(line.t, frame->when);
         }
         EXPECT_EQ(whenMs, c.whenMs) << text;

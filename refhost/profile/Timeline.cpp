@@ -1,0 +1,124 @@
+#include "refhost/profile/Timeline.h"
+
+#include <cmath>
+#include <set>
+
+#include "platform/control/Properties.h"
+
+namespace refhost {
+
+namespace {
+
+WindowDescription readWindow(const YAML::Node& node, const YamlPlace& place) {
+    WindowDescription window;
+    YamlFields fields(node, place);
+    fields.required("name", window.name);
+    fields.optional("token", window.token);
+    fields.optional("type", window.type);
+    fields.optional("frame", window.frame);
+    fields.optional("visible", window.visible);
+    fields.optional("notch_area", window.notchArea);
+    fields.done();
+    return window;
+}
+
+/// Where the timeline has got to.
+class TimelineReader {
+  public:
+    explicit TimelineReader(const Profile& start)
+        : mSurface(start.surface), mShown(start.windows.value_or(ProcessInputWindow())) {}
+
+    std::vector<TimelineEntry> take() { return std::move(mEntries); }
+
+    void readEntry(const YAML::Node& node, const YamlPlace& place) {
+        YamlFields fields(node, place);
+        double seconds = 0;
+        fields.required("at", seconds);
+        constexpr double kYear = 366.0 * 24 * 3600;
+        if (seconds < 0 || seconds > kYear) place.below("at").fault(node, "expected seconds from the start, 0 or more");
+        mAt = std::llround(seconds * 1e9);
+        if (mAt < mLast) place.below("at").fault(node, "earlier than the entry before; expected them in order");
+        mLast = mAt;
+
+        bool any = false;
+        if (fields.optional("rotate", mSurface.orientation)) any = add(mSurface);
+        if (readShown(fields, mShown)) any = add(mShown);
+        any |= fields.with("property", [&](const YAML::Node& map, const YamlPlace& at) {
+            for (auto& [key, value] : readProperties(map, at)) add(SetProperty{key, value});
+        });
+        any |= fields.with("input", [&](const YAML::Node& value, const YamlPlace& at) {
+            std::string state;
+            readYaml(value, at, state);
+            if (state == "start") {
+                add(NotifyInputStart{});
+            } else if (state == "exit") {
+                add(NotifyInputExit{});
+            } else {
+                at.fault(value, "expected start or exit");
+            }
+        });
+        fields.done();
+        if (!any) place.fault(node, "nothing happens; expected rotate, windows, focused, keyguard, property or input");
+    }
+
+  private:
+    bool add(TraceEvent event) {
+        mEntries.push_back({mAt, std::move(event)});
+        return true;
+    }
+
+    std::vector<TimelineEntry> mEntries;
+    ConfigureSurface mSurface;
+    ProcessInputWindow mShown;
+    int64_t mAt = 0;
+    int64_t mLast = 0;
+};
+
+}  // namespace
+
+std::vector<std::pair<std::string, std::string>> readProperties(const YAML::Node& node, const YamlPlace& place) {
+    if (!node.IsMap()) place.fault(node, "not a map; expected properties with values");
+    constexpr size_t kLongest = aftplatform::properties::kMaxValueLength;
+    std::vector<std::pair<std::string, std::string>> properties;
+    std::set<std::string> seen;
+    for (const auto& entry : node) {
+        const std::string key = entry.first.Scalar();
+        if (key.empty()) place.fault(entry.first, "a property without a name; expected one");
+        if (!seen.insert(key).second) place.below(key).fault(entry.first, "given twice; expected once");
+        std::string value;
+        readYaml(entry.second, place.below(key), value);
+        if (value.size() > kLongest) {
+            place.below(key).fault(entry.second,
+                                   fmt::format("{} bytes long; expected at most {}", value.size(), kLongest));
+        }
+        properties.emplace_back(key, value);
+    }
+    return properties;
+}
+
+bool readShown(YamlFields& fields, ProcessInputWindow& shown) {
+    const bool windows = fields.with("windows", [&](const YAML::Node& list, const YamlPlace& place) {
+        if (!list.IsSequence()) place.fault(list, "not a list; expected the windows");
+        shown.windows.clear();
+        shown.focused.reset();
+        for (size_t i = 0; i < list.size(); ++i) shown.windows.push_back(readWindow(list[i], place.at(i)));
+    });
+    const bool focused = fields.with("focused", [&](const YAML::Node& node, const YamlPlace& place) {
+        if (node.IsScalar() && node.Scalar() == "none") return shown.focused.reset();
+        readYaml(node, place, shown.focused.emplace());
+        if (*shown.focused >= shown.windows.size()) {
+            place.fault(node, "no window of this index; expected one of the list, from 0, or none");
+        }
+    });
+    const bool keyguard = fields.optional("keyguard", shown.keyguard);
+    return windows || focused || keyguard;
+}
+
+std::vector<TimelineEntry> readTimeline(const YAML::Node& list, const YamlPlace& place, const Profile& start) {
+    if (!list.IsSequence()) place.fault(list, "not a list; expected what happens, in order");
+    TimelineReader timeline(start);
+    for (size_t i = 0; i < list.size(); ++i) timeline.readEntry(list[i], place.at(i));
+    return timeline.take();
+}
+
+}  // namespace refhost
