@@ -91,14 +91,14 @@ long replay(const std::string& trace, const char* form) {
 void replayThrough(benchmark::State& state, const char* form) {
     const std::string& trace = TwoFingerTrace::of(state.range(0)).path();
     long most = 0;
-    for (auto _ : state) most = std::max(most, replay(trace, form));
+    for ([[maybe_unused]] auto _ : state) most = std::max(most, replay(trace, form));
     state.SetItemsProcessed(state.iterations() * state.range(0));
     state.counters["KiB"] = static_cast<double>(most);
 }
 
 void readLines(benchmark::State& state) {
     const std::string& trace = TwoFingerTrace::of(state.range(0)).path();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         std::ifstream in(trace, std::ios::binary);
         std::string line;
         while (std::getline(in, line)) benchmark::DoNotOptimize(line.data());

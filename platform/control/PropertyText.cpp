@@ -24,10 +24,13 @@ std::string_view withoutTrailingBlank(std::string_view text) {
 bool saysNothing(std::string_view line) {
     if (line.empty() || line.front() == '#') return true;
     constexpr std::string_view import = "import";
-    return line.starts_with(import) && line.size() > import.size() && kBlank.find(line[import.size()]) != kBlank.npos;
+    return line.starts_with(import) && line.size() > import.size() &&
+           kBlank.find(line[import.size()]) != std::string_view::npos;
 }
 
-bool beginsPrintedEntry(std::string_view line) { return line.starts_with('[') && line.find(kBetween) != line.npos; }
+bool beginsPrintedEntry(std::string_view line) {
+    return line.starts_with('[') && line.find(kBetween) != std::string_view::npos;
+}
 
 /// Reads a text once, from its first line to its last.
 class Reader {
@@ -57,13 +60,13 @@ class Reader {
 
     void readAssignment(std::string_view line) {
         const size_t equals = line.find('=');
-        if (equals == line.npos) fail(line, "there is no '=', expected key=value or [key]: [value]");
+        if (equals == std::string_view::npos) fail(line, "there is no '=', expected key=value or [key]: [value]");
         take(withoutTrailingBlank(line.substr(0, equals)), withoutLeadingBlank(line.substr(equals + 1)));
     }
 
-    void readPrinted(std::string entry) {
+    void readPrinted(const std::string& entry) {
         const size_t between = entry.find(kBetween);
-        if (between == entry.npos) fail(entry, "the entry begins with '[', expected [key]: [value]");
+        if (between == std::string::npos) fail(entry, "the entry begins with '[', expected [key]: [value]");
         const std::string key = entry.substr(1, between - 1);
         std::string value = entry.substr(between + kBetween.size());
         while (!value.ends_with(']')) {

@@ -29,8 +29,6 @@ constexpr int32_t kObjectExists = 0x40000000;
 
 RefBase::weakref_type::weakref_type(RefBase* object) : mStrong(kNeverHeld), mWeak(kObjectExists), mObject(object) {}
 
-RefBase::weakref_type::~weakref_type() = default;
-
 RefBase* RefBase::weakref_type::refBase() const { return mObject; }
 
 void RefBase::weakref_type::incWeak(const void*) { mWeak.fetch_add(1, std::memory_order_relaxed); }
@@ -86,6 +84,7 @@ void RefBase::decStrong(const void* id) const {
         refs->mObject->onLastStrongRef(id);
         delete this;
     }
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the reference given up here has kept the counts until now
     refs->decWeak(id);
 }
 

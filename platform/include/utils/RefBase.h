@@ -38,7 +38,7 @@ class AFTPLATFORM_API RefBase {
       private:
         friend class RefBase;
         explicit weakref_type(RefBase* object);
-        ~weakref_type();
+        ~weakref_type() = default;
         weakref_type(const weakref_type&) = delete;
         weakref_type& operator=(const weakref_type&) = delete;
 

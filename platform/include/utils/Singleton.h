@@ -46,9 +46,11 @@ class Singleton {
 }  // namespace android
 
 /// To be said once for each T, in a source file, at the outermost level or directly in namespace android.
+// NOLINTBEGIN(bugprone-macro-parentheses): T is a type
 #define ANDROID_SINGLETON_STATIC_INSTANCE(T)       \
     template <>                                    \
     android::Mutex android::Singleton<T>::sLock{}; \
     template <>                                    \
     T* android::Singleton<T>::sInstance = nullptr; \
     template class android::Singleton<T>;
+// NOLINTEND(bugprone-macro-parentheses)
