@@ -26,26 +26,16 @@ constexpr std::string_view kPlain = "\x1b[0m";
 
 Look lookOf(Fate fate) {
     switch (fate) {
-        case Fate::Kept:
-            return {"kept", kGreen};
-        case Fate::HeldBack:
-            return {"held back", kYellow};
-        case Fate::Restored:
-            return {"restored", kCyan};
-        case Fate::LetThrough:
-            return {"let through", kCyan};
-        case Fate::Lost:
-            return {"lost", kRed};
-        case Fate::Cancelled:
-            return {"cancelled", kRed};
-        case Fate::Consumed:
-            return {"consumed", kYellow};
-        case Fate::Dispatched:
-            return {"dispatched", kGreen};
-        case Fate::ReSent:
-            return {"re-sent", kCyan};
-        case Fate::Dropped:
-            return {"dropped", kRed};
+        case Fate::Kept: return {"kept", kGreen};
+        case Fate::HeldBack: return {"held back", kYellow};
+        case Fate::Restored: return {"restored", kCyan};
+        case Fate::LetThrough: return {"let through", kCyan};
+        case Fate::Lost: return {"lost", kRed};
+        case Fate::Cancelled: return {"cancelled", kRed};
+        case Fate::Consumed: return {"consumed", kYellow};
+        case Fate::Dispatched: return {"dispatched", kGreen};
+        case Fate::ReSent: return {"re-sent", kCyan};
+        case Fate::Dropped: return {"dropped", kRed};
     }
     return {"", kPlain};
 }

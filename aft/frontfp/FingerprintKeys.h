@@ -38,10 +38,8 @@ struct FingerprintKeys {
             case kEvent513:
             case kEvent514:
             case kFingerUp:
-            case kEvent601:
-                return true;
-            default:
-                return false;
+            case kEvent601: return true;
+            default: return false;
         }
     }
 

@@ -37,20 +37,11 @@ int ZqFrontFPAftProcessor::processKey(InputMapper* mapper, int64_t when, int32_t
     if (!FingerprintKeys::isNotification(keyCode)) return kDispatch;
     if (!down) return kConsume;
     switch (keyCode) {
-        case FingerprintKeys::kFingerDown:
-            fingerDownOnSensor(when);
-            break;
-        case FingerprintKeys::kIdentifyStart:
-            identifyStarted(when);
-            break;
-        case FingerprintKeys::kIdentifyEnd:
-            identifyFinished(when);
-            break;
-        case FingerprintKeys::kEnrollStart:
-            enrollStarted(when);
-            break;
-        default:
-            break;
+        case FingerprintKeys::kFingerDown: fingerDownOnSensor(when); break;
+        case FingerprintKeys::kIdentifyStart: identifyStarted(when); break;
+        case FingerprintKeys::kIdentifyEnd: identifyFinished(when); break;
+        case FingerprintKeys::kEnrollStart: enrollStarted(when); break;
+        default: break;
     }
     return kConsume;
 }

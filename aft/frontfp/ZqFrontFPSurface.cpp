@@ -96,14 +96,10 @@ bool ZqFrontFPAftProcessor::isNavigationBar(const InputWindowHandle& window) {
 /// Whether a visible navigation bar lies on the sensor's side of the screen. The caller holds mLock.
 bool ZqFrontFPAftProcessor::barIsNextToSensor(const InputWindowHandle& bar) const {
     switch (mSurfaceOrientation) {
-        case 0:
-            return bar.frameTop < mSurfaceHeight;
-        case 1:
-            return bar.frameLeft < mSurfaceHeight;  // the display's width is the surface's height here
-        case 2:
-            return bar.frameTop == 0 && bar.frameBottom < mSurfaceHeight;
-        default:
-            return false;
+        case 0: return bar.frameTop < mSurfaceHeight;
+        case 1: return bar.frameLeft < mSurfaceHeight;  // the display's width is the surface's height here
+        case 2: return bar.frameTop == 0 && bar.frameBottom < mSurfaceHeight;
+        default: return false;
     }
 }
 

@@ -14,16 +14,11 @@ constinit std::atomic<int64_t> virtualTime{kReal};
 
 clockid_t machineClock(int clock) {
     switch (clock) {
-        case SYSTEM_TIME_REALTIME:
-            return CLOCK_REALTIME;
-        case SYSTEM_TIME_PROCESS:
-            return CLOCK_PROCESS_CPUTIME_ID;
-        case SYSTEM_TIME_THREAD:
-            return CLOCK_THREAD_CPUTIME_ID;
-        case SYSTEM_TIME_BOOTTIME:
-            return CLOCK_BOOTTIME;
-        default:
-            return CLOCK_MONOTONIC;
+        case SYSTEM_TIME_REALTIME: return CLOCK_REALTIME;
+        case SYSTEM_TIME_PROCESS: return CLOCK_PROCESS_CPUTIME_ID;
+        case SYSTEM_TIME_THREAD: return CLOCK_THREAD_CPUTIME_ID;
+        case SYSTEM_TIME_BOOTTIME: return CLOCK_BOOTTIME;
+        default: return CLOCK_MONOTONIC;
     }
 }
 

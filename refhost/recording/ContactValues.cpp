@@ -7,38 +7,17 @@ namespace refhost {
 
 void ContactValues::set(uint16_t code, int32_t value) {
     switch (code) {
-        case ABS_MT_POSITION_X:
-            mX = value;
-            break;
-        case ABS_MT_POSITION_Y:
-            mY = value;
-            break;
-        case ABS_MT_PRESSURE:
-            mPressure = value;
-            break;
-        case ABS_MT_TOUCH_MAJOR:
-            mTouchMajor = value;
-            break;
-        case ABS_MT_TOUCH_MINOR:
-            mTouchMinor = value;
-            break;
-        case ABS_MT_WIDTH_MAJOR:
-            mToolMajor = value;
-            break;
-        case ABS_MT_WIDTH_MINOR:
-            mToolMinor = value;
-            break;
-        case ABS_MT_ORIENTATION:
-            mOrientation = value;
-            break;
-        case ABS_MT_DISTANCE:
-            mDistance = value;
-            break;
-        case ABS_MT_TOOL_TYPE:
-            mToolType = value;
-            break;
-        default:
-            break;
+        case ABS_MT_POSITION_X: mX = value; break;
+        case ABS_MT_POSITION_Y: mY = value; break;
+        case ABS_MT_PRESSURE: mPressure = value; break;
+        case ABS_MT_TOUCH_MAJOR: mTouchMajor = value; break;
+        case ABS_MT_TOUCH_MINOR: mTouchMinor = value; break;
+        case ABS_MT_WIDTH_MAJOR: mToolMajor = value; break;
+        case ABS_MT_WIDTH_MINOR: mToolMinor = value; break;
+        case ABS_MT_ORIENTATION: mOrientation = value; break;
+        case ABS_MT_DISTANCE: mDistance = value; break;
+        case ABS_MT_TOOL_TYPE: mToolType = value; break;
+        default: break;
     }
 }
 

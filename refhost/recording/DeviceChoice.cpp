@@ -119,8 +119,7 @@ constexpr const char* kExpected = "expected events with ABS_MT_POSITION_X and AB
             refuse(
                 recording, shown.first->line,
                 fmt::format("there are key events only: {} sends {}", who, nameOfEventCode(EV_KEY, shown.first->code)));
-        default:
-            refuse(recording, shown.first->line, fmt::format("{} sends events, but none of touch", who));
+        default: refuse(recording, shown.first->line, fmt::format("{} sends events, but none of touch", who));
     }
 }
 

@@ -62,27 +62,14 @@ class EvemuReader {
 
     bool readDescription(char letter, Cursor& fields) {
         switch (letter) {
-            case 'N':
-                readName(fields);
-                return true;
-            case 'I':
-                requireHex("I", fields, 4, 0xffff, "bus, vendor, product and version");
-                return true;
-            case 'P':
-                requireHex("P", fields, 8, 0xff, "property bits");
-                return true;
-            case 'B':
-                requireHex("B", fields, 9, 0xff, "an event type and its bits");
-                return true;
-            case 'A':
-                readAxis(fields);
-                return true;
+            case 'N': readName(fields); return true;
+            case 'I': requireHex("I", fields, 4, 0xffff, "bus, vendor, product and version"); return true;
+            case 'P': requireHex("P", fields, 8, 0xff, "property bits"); return true;
+            case 'B': requireHex("B", fields, 9, 0xff, "an event type and its bits"); return true;
+            case 'A': readAxis(fields); return true;
             case 'L':
-            case 'S':
-                readState(letter, fields);
-                return true;
-            default:
-                return false;
+            case 'S': readState(letter, fields); return true;
+            default: return false;
         }
     }
 

@@ -24,10 +24,8 @@ bool isSingleTouchAxis(uint16_t code) {
         case ABS_DISTANCE:
         case ABS_TILT_X:
         case ABS_TILT_Y:
-        case ABS_TOOL_WIDTH:
-            return true;
-        default:
-            return false;
+        case ABS_TOOL_WIDTH: return true;
+        default: return false;
     }
 }
 
@@ -36,17 +34,13 @@ enum class Sender { TouchPanel, Anyone, AnotherDevice };
 /// Recordings of several devices without a prefix mix the packets of all of them.
 Sender senderOf(const KernelEvent& event) {
     switch (event.type) {
-        case EV_SYN:
-            return event.code == SYN_MT_REPORT ? Sender::TouchPanel : Sender::Anyone;
-        case EV_MSC:
-            return Sender::Anyone;  // timestamps of panels, scan codes of keyboards
+        case EV_SYN: return event.code == SYN_MT_REPORT ? Sender::TouchPanel : Sender::Anyone;
+        case EV_MSC: return Sender::Anyone;  // timestamps of panels, scan codes of keyboards
         case EV_ABS:
             if (isMultiTouchAxis(event.code) || isSingleTouchAxis(event.code)) return Sender::TouchPanel;
             return Sender::AnotherDevice;
-        case EV_KEY:
-            return isToolKey(event.code) ? Sender::TouchPanel : Sender::AnotherDevice;
-        default:
-            return Sender::AnotherDevice;
+        case EV_KEY: return isToolKey(event.code) ? Sender::TouchPanel : Sender::AnotherDevice;
+        default: return Sender::AnotherDevice;
     }
 }
 

@@ -161,8 +161,7 @@ std::optional<Hotplug> hotplug(Cursor& at) {
 
 std::optional<Item> itemAt(Cursor& at, bool strayBefore, bool lineHoldsSeveral) {
     switch (at.peek()) {
-        case '[':
-            break;  // stray characters may stand right before a time or a path
+        case '[': break;  // stray characters may stand right before a time or a path
         case '/':
             if (at.rest().substr(0, kDevices.size()) != kDevices) return std::nullopt;
             break;

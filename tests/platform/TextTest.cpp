@@ -16,35 +16,31 @@ TEST(String8, FormatsTextsOfEveryLength) {
     String8 text;
     std::string expected;
     for (size_t i = 0; i < 200; ++i) {
-        const std::string piece(i, 'z');
-        ASSERT_EQ(text.appendFormat("[%s]", piece.c_str()), 0);
-        expected += "[" + piece + "]";
-        ASSERT_STREQ(text.c_str(), expected.c_str());
-        ASSERT_EQ(text.length(), expected.size());
+        expected += "[" + std::string(i, 'z') + "]";
+        ASSERT_EQ(text.appendFormat("[%s]", std::string(i, 'z').c_str()), 0);
+        ASSERT_EQ(std::string(text.c_str(), text.length() + 1), expected + '\0');
     }
 }
 
 // A report one character too long would run over its buffer, or one that just fits would be refused.
 TEST(BoundedC, SprintfFillsTheBufferToItsLastByte) {
-    char buffer[101];
-    std::memset(buffer, '#', sizeof buffer);
-    EXPECT_EQ(sprintf_s(buffer, 100, "%s", std::string(99, 'x').c_str()), 99);
-    EXPECT_EQ(buffer, std::string(99, 'x'));
-    EXPECT_EQ(sprintf_s(buffer, 100, "%s", std::string(100, 'x').c_str()), -1);
+    char buffer[] = "#######";
+    EXPECT_EQ(sprintf_s(buffer, 6, "%s", "12345"), 5);
+    EXPECT_STREQ(buffer, "12345");
+    EXPECT_EQ(sprintf_s(buffer, 6, "%s", "123456"), -1);
+    EXPECT_EQ(std::string(buffer, 7).substr(6), "#");
     EXPECT_STREQ(buffer, "");
-    EXPECT_EQ(buffer[100], '#');
 }
 
 // A record would be copied past its end, or a refused copy would leave the old record looking fresh.
 TEST(BoundedC, CopyAndSetRefuseWhatDoesNotFit) {
     char dest[8] = "old";
-    const std::string zeros(8, '\0');
     const char larger[9] = "12345678";
     EXPECT_EQ(memcpy_s(dest, 8, larger, 8), 0);
     EXPECT_EQ(std::string(dest, 8), "12345678");
     auto refused = [&](int error, int expected) {
         EXPECT_EQ(error, expected);
-        EXPECT_EQ(std::string(dest, 8), zeros);
+        EXPECT_EQ(std::string(dest, 8), std::string(8, '\0'));
         std::memset(dest, 'o', 8);
     };
     refused(memcpy_s(dest, 8, larger, 9), ERANGE);

@@ -1,7 +1,11 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "refhost/InputError.h"
 #include "refhost/recording/Recording.h"
@@ -41,5 +45,14 @@ std::string errorOf(const Call& call) {
 }
 
 inline bool beginsWith(std::string_view text, std::string_view start) { return text.substr(0, start.size()) == start; }
+
+/// Expects `read(text)` to refuse each first text with a message that begins with the second.
+template <typename Read>
+void expectRefusals(const Read& read, const std::vector<std::pair<std::string, std::string>>& refusals) {
+    for (const auto& refusal : refusals) {
+        const std::string error = errorOf([&] { read(refusal.first); });
+        EXPECT_TRUE(beginsWith(error, refusal.second)) << refusal.first.substr(0, 200) << " -> " << error;
+    }
+}
 
 }  // namespace refhost
