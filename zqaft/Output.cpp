@@ -1,5 +1,7 @@
 #include "zqaft/Output.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -12,6 +14,8 @@ constexpr size_t kWorthWriting = size_t{64} * 1024;
 
 }  // namespace
 
+Output::Output() : mTerminal(isatty(STDOUT_FILENO) != 0) {}
+
 Output::~Output() {
     // What went before is worth showing; that it cannot be shown has no one left to hear it.
     static_cast<void>(std::fwrite(mText.data(), 1, mText.size(), stdout));
@@ -19,7 +23,7 @@ Output::~Output() {
 }
 
 void Output::offer() {
-    if (mText.size() >= kWorthWriting) flush();
+    if (mTerminal || mText.size() >= kWorthWriting) flush();
 }
 
 void Output::flush() {

@@ -16,20 +16,22 @@ class OutputError : public std::runtime_error {
 /// destructor where an error ends the program's work early. One thread.
 class Output {
   public:
-    Output() = default;
+    Output();
     ~Output();
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
     /// To append to; call `offer` afterwards.
     refhost::TextBuffer& text() { return mText; }
-    /// Writes what has gathered once it is worth a system call. Throws OutputError.
+    /// Writes what has gathered once it is worth a system call; on a terminal that is always. Throws OutputError.
     void offer();
+    bool isTerminal() const { return mTerminal; }
     /// Writes everything now. Throws OutputError.
     void flush();
 
   private:
     refhost::TextBuffer mText;
+    bool mTerminal;
 };
 
 }  // namespace zqaft

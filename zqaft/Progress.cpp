@@ -11,8 +11,11 @@ using namespace std::chrono_literals;
 
 Progress::Progress() : mStart(Clock::now()), mNext(mStart + 1s), mTerminal(isatty(STDERR_FILENO) != 0) {}
 
-Progress::~Progress() {
+Progress::~Progress() { clear(); }
+
+void Progress::clear() {
     if (mShown && mTerminal) fmt::print(stderr, "\r\x1b[K");
+    mShown = false;
 }
 
 void Progress::at(uint64_t lines, std::optional<double> fraction) {

@@ -20,6 +20,9 @@ class Progress {
     /// @param fraction of the whole, where it is known
     void at(uint64_t lines, std::optional<double> fraction);
 
+    /// Takes the line away for now, where something else is about to be shown on the terminal.
+    void clear();
+
     /// Whether `at` would look at the clock: cheap enough to ask for every line.
     bool due(uint64_t lines) const { return (lines & 0x3ff) == 0; }
 

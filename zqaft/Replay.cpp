@@ -27,13 +27,19 @@ int replay(const ReplayOptions& options) {
             refhost::writeResult(out.text(), result);
             out.offer();
         } else {
-            for (const refhost::Decision& decision : story.tell(line, result)) printer.print(decision);
+            for (const refhost::Decision& decision : story.tell(line, result)) {
+                if (out.isTerminal()) progress.clear();
+                printer.print(decision);
+            }
         }
         if (source->wouldWait()) out.flush();
         if (progress.due(lines)) progress.at(lines, source->progress());
     }
+    progress.clear();
     if (!options.json) printer.print(story.summary());
     out.flush();
+    const std::string& off = story.summary().filterOff;
+    if (!off.empty()) say({"the front fingerprint filter is off, its own words: " + off});
     say(source->leftOut());
     return kDone;
 }

@@ -51,7 +51,9 @@ std::string shortly(int64_t ns) {
 
 bool wantsColours() {
     const char* refused = std::getenv("NO_COLOR");
-    return isatty(STDOUT_FILENO) != 0 && (refused == nullptr || *refused == '\0');
+    const char* terminal = std::getenv("TERM");
+    const bool dumb = terminal != nullptr && std::string_view(terminal) == "dumb";
+    return isatty(STDOUT_FILENO) != 0 && !dumb && (refused == nullptr || *refused == '\0');
 }
 
 void StoryPrinter::print(const refhost::Decision& decision) {
@@ -74,7 +76,11 @@ void StoryPrinter::print(const refhost::Summary& summary) {
     refhost::TextBuffer& out = mOut.text();
     append(out, FMT_COMPILE("\nframes    {}: pointers judged {}, removed {}, restored {}\n"), summary.frames,
            summary.pointersJudged, summary.pointersRemoved, summary.restored);
-    append(out, FMT_COMPILE("gestures  {} cancelled\n"), summary.gesturesCancelled);
+    append(out, FMT_COMPILE("gestures  {} cancelled"), summary.gesturesCancelled);
+    if (summary.cancelRequests > summary.gesturesCancelled) {
+        append(out, FMT_COMPILE(", in {} requests"), summary.cancelRequests);
+    }
+    append(out, "\n");
     append(out, FMT_COMPILE("keys      {} consumed, {} held back, {} re-sent, {} dropped, {} dispatched\n"),
            summary.keysConsumed, summary.keysHeldBack, summary.keysReSent, summary.keysDropped, summary.keysDispatched);
     append(out, FMT_COMPILE("calls     {}: median {}, p99 {}, max {}\n"), summary.calls.count(),

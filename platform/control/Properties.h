@@ -40,7 +40,8 @@ AFTPLATFORM_API std::optional<std::string> get(std::string_view key);
 /// Keys with their values, in the order of a text; a key that comes twice is there twice.
 using Entries = std::vector<std::pair<std::string, std::string>>;
 
-/// Reads a text as `load` does, and sets nothing.
+/// Reads a text as `load` does, and sets nothing. Values may be of any length: read-only properties of newer phones are
+/// longer than the store takes.
 AFTPLATFORM_API Entries parse(std::istream& text, std::string_view sourceName);
 
 /// Sets every property that a text names, and leaves the others as they are. Each entry has one of two forms:

@@ -35,7 +35,8 @@ bool beginsPrintedEntry(std::string_view line) {
 /// Reads a text once, from its first line to its last.
 class Reader {
   public:
-    Reader(std::istream& text, std::string_view sourceName) : mText(text), mSourceName(sourceName) {}
+    Reader(std::istream& text, std::string_view sourceName, size_t longestValue)
+        : mText(text), mSourceName(sourceName), mLongestValue(longestValue) {}
 
     Entries readAll() {
         if (!mText) fail("(no key)", "the text cannot be read, expected an open file");
@@ -81,9 +82,9 @@ class Reader {
 
     void take(std::string_view key, std::string_view value) {
         if (key.empty()) fail("(no key)", "the key is empty, expected a name before the value");
-        if (value.size() > kMaxValueLength) {
+        if (value.size() > mLongestValue) {
             fail(key, "the value has " + std::to_string(value.size()) + " bytes, expected " +
-                          std::to_string(kMaxValueLength) + " at most");
+                          std::to_string(mLongestValue) + " at most");
         }
         mEntries.emplace_back(key, value);
     }
@@ -95,6 +96,7 @@ class Reader {
 
     std::istream& mText;
     const std::string mSourceName;
+    const size_t mLongestValue;
     std::string mLine;
     size_t mLineNumber = 0;
     size_t mEntryLine = 0;  // where the entry in hand began
@@ -105,10 +107,12 @@ class Reader {
 
 ParseError::~ParseError() = default;
 
-Entries parse(std::istream& text, std::string_view sourceName) { return Reader(text, sourceName).readAll(); }
+Entries parse(std::istream& text, std::string_view sourceName) {
+    return Reader(text, sourceName, std::string::npos).readAll();
+}
 
 void load(std::istream& text, std::string_view sourceName) {
-    for (const auto& [key, value] : parse(text, sourceName)) set(key, value);
+    for (const auto& [key, value] : Reader(text, sourceName, kMaxValueLength).readAll()) set(key, value);
 }
 
 }  // namespace aftplatform::properties

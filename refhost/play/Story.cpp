@@ -25,6 +25,12 @@ std::optional<uint32_t> idIn(std::string_view text) {
 
 bool says(std::string_view text, std::string_view part) { return text.find(part) != std::string_view::npos; }
 
+/// The lines of the first call, which reads the properties: about the filter, not about a finger or a key.
+bool isOnStartup(std::string_view text) {
+    return text.starts_with("invalid config value:") || text.starts_with("enabledAbt:") ||
+           text.starts_with("version: ");
+}
+
 /// The first line of this call for which `wanted` holds, or nothing.
 template <typename Wanted>
 std::string words(const CallResult& result, Wanted wanted) {
@@ -53,10 +59,13 @@ std::string wordsOnCancel(const CallResult& result) {
 
 /// The last line of a key says what became of it; where that is an event key taken, the line before says why.
 std::string wordsOnKey(const CallResult& result) {
-    if (result.log.empty()) return "";
-    const std::string& last = result.log.back().text;
-    if (result.log.size() < 2 || !last.ends_with(" down filtered")) return last;
-    return result.log[result.log.size() - 2].text;
+    std::vector<std::string_view> said;
+    for (const LogEntry& entry : result.log) {
+        if (!isOnStartup(entry.text)) said.push_back(entry.text);
+    }
+    if (said.empty()) return "";
+    const size_t last = said.size() - 1;
+    return std::string(last > 0 && said[last].ends_with(" down filtered") ? said[last - 1] : said[last]);
 }
 
 std::string fingerAt(uint32_t id, int32_t x, int32_t y) { return fmt::format("finger {} at ({}, {})", id, x, y); }
@@ -67,6 +76,10 @@ const std::vector<Decision>& Story::tell(const TraceLine& line, const CallResult
     mDecisions.clear();
     ++mSummary.lines;
     if (!std::holds_alternative<SetProperty>(line.event)) mSummary.calls.add(result.durationNs);
+    for (const LogEntry& entry : result.log) {
+        const bool off = says(entry.text, "invalid config value:") || says(entry.text, "configure exceeds the limits");
+        if (off) mSummary.filterOff = entry.text;
+    }
     if (const auto* frame = std::get_if<ProcessRawTouches>(&line.event)) tellFrame(*frame, result);
     if (const auto* key = std::get_if<ProcessKey>(&line.event)) tellKey(*key, result);
     return mDecisions;
@@ -82,33 +95,29 @@ void Story::tellFrame(const ProcessRawTouches& call, const CallResult& result) {
     mSummary.pointersRemoved += result.frame.removed.count();
 
     tellLifted(call);
-    const bool cancelled = !result.requests.cancelled.empty();
+    const BitSet32 passed = {call.ids.value & ~result.frame.removed.value};
+    // A cancel of the sensor's empties the frame: its fingers go with their gesture, they are not held back as well.
+    const bool emptied = !result.requests.cancelled.empty() && passed.isEmpty();
     for (uint32_t id : call.ids) {
         const auto* came = call.frame.find(id);
         if (came == nullptr) continue;
-        // A finger that goes with its gesture is not held back as well.
-        if (!(cancelled && result.frame.removed.hasBit(id))) tellFinger(id, call, result);
+        if (!emptied) tellFinger(id, call, result);
         mLastPlace[id] = {came->x, came->y};
     }
-    for (const int64_t when : result.requests.cancelled) {
-        ++mSummary.gesturesCancelled;
-        std::string fingers;
-        for (uint32_t id : call.ids) fingers += fmt::format("{}{}", fingers.empty() ? "" : ", ", id);
-        const std::string_view noun = call.ids.count() == 1 ? "finger" : "fingers";
-        add(when, Fate::Cancelled, fmt::format("gesture of {} {}", noun, fingers), wordsOnCancel(result));
-    }
+    tellCancel(call, passed, result);
     tellHeldKey(call, result);
     mDown = call.ids;
-    mWithheld = cancelled ? BitSet32{} : result.frame.removed;
+    mPassed = passed;
+    mEverPassed.value = (mEverPassed.value & call.ids.value) | passed.value;
     mTouching = !call.frame.touchingIdBits.isEmpty();
+    if (!mTouching) mGestureCancelled = false;
 }
 
 void Story::tellFinger(uint32_t id, const ProcessRawTouches& call, const CallResult& result) {
     const auto& came = *call.frame.find(id);
     const bool passed = !result.frame.removed.hasBit(id);
     const bool landed = !mDown.hasBit(id);
-    const bool withheldBefore = !landed && mWithheld.hasBit(id);
-    if (!landed && passed == !withheldBefore) return;
+    if (!landed && passed == mPassed.hasBit(id)) return;
 
     const std::string subject = fingerAt(id, came.x, came.y);
     const std::string said = wordsOnFinger(result, id);
@@ -122,9 +131,28 @@ void Story::tellFinger(uint32_t id, const ProcessRawTouches& call, const CallRes
     add(call.when, Fate::LetThrough, subject, said);
 }
 
+/// The filter may ask for the same cancel in frame after frame; the first of a run is the one that changes something.
+void Story::tellCancel(const ProcessRawTouches& call, BitSet32 passed, const CallResult& result) {
+    const bool again = mCancelledLast;
+    mCancelledLast = !result.requests.cancelled.empty();
+    if (!mCancelledLast) return;
+    mSummary.cancelRequests += result.requests.cancelled.size();
+    if (!mGestureCancelled) ++mSummary.gesturesCancelled;
+    mGestureCancelled = true;
+    if (again) return;
+
+    std::string fingers;
+    const BitSet32 seen = {(mPassed.value | passed.value) & call.ids.value};
+    for (uint32_t id : seen) fingers += fmt::format("{}{}", fingers.empty() ? "" : ", ", id);
+    const std::string subject =
+        seen.isEmpty() ? "gesture that nobody saw"
+                       : fmt::format("gesture of {} {}", seen.count() == 1 ? "finger" : "fingers", fingers);
+    add(call.when, Fate::Cancelled, subject, wordsOnCancel(result));
+}
+
 void Story::tellLifted(const ProcessRawTouches& call) {
     for (uint32_t id : BitSet32{mDown.value & ~call.ids.value}) {
-        if (!mWithheld.hasBit(id)) continue;
+        if (mEverPassed.hasBit(id)) continue;
         add(call.when, Fate::Lost, fingerAt(id, mLastPlace[id][0], mLastPlace[id][1]), "");
     }
 }
@@ -149,7 +177,7 @@ void Story::tellHeldKey(const ProcessRawTouches& call, const CallResult& result)
 void Story::tellKey(const ProcessKey& call, const CallResult& result) {
     const bool consumed = result.keyResult.value_or(0) != 0;
     if (!call.down) {
-        const auto down = mConsumedByKeyDown.find(call.keyCode);
+        const auto down = mConsumedByKeyDown.find({call.device, call.keyCode});
         const bool asExpected = down != mConsumedByKeyDown.end() && down->second == consumed;
         if (down != mConsumedByKeyDown.end()) mConsumedByKeyDown.erase(down);
         if (asExpected) return;  // shares the fate of its key-down
@@ -160,7 +188,7 @@ void Story::tellKey(const ProcessKey& call, const CallResult& result) {
     if (call.down) {
         ++(consumed ? mSummary.keysConsumed : mSummary.keysDispatched);
         mSummary.keysHeldBack += heldBack;
-        mConsumedByKeyDown[call.keyCode] = consumed;
+        mConsumedByKeyDown[{call.device, call.keyCode}] = consumed;
     }
     if (heldBack) mHeldKey = call.keyCode;
     const Fate fate = heldBack ? Fate::HeldBack : consumed ? Fate::Consumed : Fate::Dispatched;

@@ -25,6 +25,9 @@ bool goesBy(const RecordedDevice& device, const std::string& wanted) {
     return device.name == wanted || device.path == wanted || device.path == "/dev/input/" + wanted;
 }
 
+/// Keys that say how a panel is touched, and that no app hears of.
+constexpr bool isTouchButton(uint16_t code) { return code >= BTN_DIGI && code <= BTN_TOOL_QUADTAP; }
+
 }  // namespace
 
 ImportedTrace::ImportedTrace(Recording recording, Profile profile, const std::string& device)
@@ -37,7 +40,8 @@ ImportedTrace::ImportedTrace(Recording recording, Profile profile, const std::st
     mHeader.devices.push_back(mProfile.touch.device);
     if (mProfile.keys) mHeader.devices.push_back(mProfile.keys->device);
     mHeader.note = mProfile.note;
-    mNotes = notesOnReading(mRecording);
+    mNotes = mProfile.notes;
+    for (std::string& note : notesOnReading(mRecording)) mNotes.push_back(std::move(note));
     for (std::string& note : notesOnPanel(mRecording, mTouchDevice, mProfile)) mNotes.push_back(std::move(note));
     findKeyDevice();
 
@@ -79,19 +83,26 @@ std::optional<double> ImportedTrace::progress() {
 void ImportedTrace::take(const KernelEvent& event) {
     const int64_t when = mClock.at(event);
     catchUpWithTimeline(when);
-    if (event.type == EV_KEY) takeKey(event, when);
+    if (event.type == EV_KEY && !isTouchButton(event.code)) takeKey(event, when);
     if (event.device != mTouchDevice) return;
+    const uint32_t foreign = mFrames.counts().foreignPackets;
     if (const std::optional<TouchFrame> frame = mFrames.feed(event)) takeFrame(*frame, when);
+    if (mKeyInPacket && mFrames.counts().foreignPackets > foreign) ++mKeyPackets;  // not left out: its keys were taken
+    if (event.type == EV_SYN && event.code == SYN_REPORT) mKeyInPacket = false;
 }
 
 void ImportedTrace::takeKey(const KernelEvent& event, int64_t when) {
-    if (!mProfile.keys || (mKeyDevice && event.device != *mKeyDevice)) return;
+    if (!mProfile.keys || (mKeyDevice && event.device != *mKeyDevice)) {
+        ++mForeignKeys;
+        return;
+    }
     const ProfileKeys& keys = *mProfile.keys;
     const auto mapped = keys.keyCodes.find(event.code);
     if (mapped == keys.keyCodes.end()) {
-        if (mKeyDevice && mUnmappedKeys++ == 0) mUnmappedCode = event.code;
+        if (mUnmappedKeys++ == 0) mUnmappedCode = event.code;
         return;
     }
+    mKeyInPacket = mKeyInPacket || event.device == mTouchDevice;
     if (event.value != 0 && event.value != 1) {  // the kernel's own repeat is no new press
         ++mKeyRepeats;
         return;
@@ -144,16 +155,20 @@ std::vector<std::string> ImportedTrace::leftOut() const {
         if (count > 0) said.push_back(fmt::format("{}: {} {}", mRecording.file, counted(count, one, many), what));
     };
     const FrameMaker::Counts& frames = mFrames.counts();
-    say(frames.foreignPackets, "report", "reports", "of no touch panel left out");
+    say(frames.foreignPackets - mKeyPackets, "report", "reports", "without a touch left out (another device's)");
     say(frames.unpositionedContacts, "contact", "contacts", "left out of a frame: x or y not known yet");
     say(frames.surplusContacts, "contact", "contacts", "left out of a frame: more than 16 in it");
     say(frames.badSlotEvents, "event", "events", "of slots outside 0..255 left out");
-    say(frames.resyncs, "loss", "losses", "of events in the kernel (SYN_DROPPED); fingers taken to have lifted");
+    say(frames.resyncs, "loss", "losses",
+        "of events (SYN_DROPPED, or the device was removed); fingers taken to have lifted");
     say(frames.lostEvents, "event", "events", "left out between a loss and the next report");
     say(frames.unfinishedEvents, "event", "events", "left out at the end: no report closes them");
     say(mClock.jumps(), "jump", "jumps", "of the recording's clock; the trace's clock goes on without it");
     say(mClock.stepsBack(), "event", "events", "earlier than the one before; the trace's clock waits");
     say(mKeyRepeats, "key repeat", "key repeats", "left out");
+    say(mForeignKeys, "key event", "key events",
+        mProfile.keys ? fmt::format("of other devices than the key device of {} left out", mProfile.file)
+                      : fmt::format("left out: {} has no keys", mProfile.file));
     if (mUnmappedKeys > 0) {
         const char* name = libevdev_event_code_get_name(EV_KEY, mUnmappedCode);
         say(mUnmappedKeys, "key event", "key events",

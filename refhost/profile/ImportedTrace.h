@@ -56,7 +56,10 @@ class ImportedTrace : public TraceSource {
     uint32_t mLine = 1;
     bool mFinished = false;
 
-    uint32_t mUnmappedKeys = 0;  ///< key events of the key device without a key code
+    bool mKeyInPacket = false;   ///< a key of the touch device's packet in hand has been taken
+    uint32_t mKeyPackets = 0;    ///< packets of the touch device that held such keys and no touch
+    uint32_t mForeignKeys = 0;   ///< key events of other devices than the key device, or without one in the profile
+    uint32_t mUnmappedKeys = 0;  ///< key events without a key code
     uint16_t mUnmappedCode = 0;  ///< the first of them
     uint32_t mKeyRepeats = 0;
 

@@ -31,9 +31,26 @@ void readPropertyFile(const YAML::Node& node, const YamlPlace& place, const std:
     std::string path;
     readYaml(node, place, path);
     const std::string found = (std::filesystem::path(folder) / path).string();  // an absolute path stays itself
-    std::istringstream text(readFile(found));
+    std::istringstream text;
     try {
-        for (const auto& [key, value] : aftplatform::properties::parse(text, found)) setProperty(profile, key, value);
+        text.str(readFile(found));
+    } catch (const FileError& fault) {
+        place.fault(node, fault.what());
+    }
+    try {
+        size_t tooLong = 0;
+        for (const auto& [key, value] : aftplatform::properties::parse(text, found)) {
+            if (value.size() > aftplatform::properties::kMaxValueLength) {
+                ++tooLong;
+            } else {
+                setProperty(profile, key, value);
+            }
+        }
+        if (tooLong > 0) {
+            profile.notes.push_back(fmt::format("{}: {} of more than {} bytes left out", found,
+                                                tooLong == 1 ? "1 property" : fmt::format("{} properties", tooLong),
+                                                aftplatform::properties::kMaxValueLength));
+        }
     } catch (const aftplatform::properties::ParseError& fault) {
         throw InputError(fault.what());
     }
@@ -50,14 +67,24 @@ void readDevice(YamlFields& fields, ProfileDevice& device) {
 
 void readSurface(const YAML::Node& node, const YamlPlace& place, ConfigureSurface& surface) {
     YamlFields fields(node, place);
-    fields.required("width", surface.width);
-    fields.required("height", surface.height);
-    fields.optional("orientation", surface.orientation);
+    const auto size = [&](const std::string& key, int32_t& field) {
+        fields.required(key, field);
+        if (field < 1) place.below(key).fault(node[key], "expected 1 or more");
+    };
+    size("width", surface.width);
+    size("height", surface.height);
+    fields.with("orientation", [&](const YAML::Node& value, const YamlPlace& at) {
+        readYamlWithin(value, at, surface.orientation, 0, 3);
+    });
     fields.optional("calibration", surface.calibration);
-    surface.rawX = {0, surface.width > 0 ? surface.width - 1 : 0};
-    surface.rawY = {0, surface.height > 0 ? surface.height - 1 : 0};
-    fields.optional("raw_x", surface.rawX);
-    fields.optional("raw_y", surface.rawY);
+    surface.rawX = {0, surface.width - 1};
+    surface.rawY = {0, surface.height - 1};
+    const auto range = [&](const std::string& key, std::array<int32_t, 2>& field) {
+        fields.optional(key, field);
+        if (field[0] > field[1]) place.below(key).fault(node[key], "expected the lowest value first");
+    };
+    range("raw_x", surface.rawX);
+    range("raw_y", surface.rawY);
     fields.optional("scale", surface.scale);
     fields.optional("translate", surface.translate);
     fields.done();

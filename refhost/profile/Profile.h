@@ -42,6 +42,7 @@ struct Profile {
     std::optional<ProcessInputWindow> windows;  ///< what is shown at the start
     std::vector<TimelineEntry> timeline;        ///< by time; entries of one time in the file's order
     std::string note;
+    std::vector<std::string> notes;  ///< what the user should know of the profile itself, a sentence each
 };
 
 /// Reads a profile. Throws InputError at its first fault, FileError where it cannot be opened.

@@ -35,13 +35,17 @@ class TimelineReader {
         double seconds = 0;
         fields.required("at", seconds);
         constexpr double kYear = 366.0 * 24 * 3600;
-        if (seconds < 0 || seconds > kYear) place.below("at").fault(node, "expected seconds from the start, 0 or more");
+        if (seconds < 0 || seconds > kYear)
+            place.below("at").fault(node, "expected seconds from the start, 0 to 366 days");
         mAt = std::llround(seconds * 1e9);
         if (mAt < mLast) place.below("at").fault(node, "earlier than the entry before; expected them in order");
         mLast = mAt;
 
         bool any = false;
-        if (fields.optional("rotate", mSurface.orientation)) any = add(mSurface);
+        const auto rotate = [&](const YAML::Node& value, const YamlPlace& at) {
+            readYamlWithin(value, at, mSurface.orientation, 0, 3);
+        };
+        if (fields.with("rotate", rotate)) any = add(mSurface);
         if (readShown(fields, mShown)) any = add(mShown);
         any |= fields.with("property", [&](const YAML::Node& map, const YamlPlace& at) {
             for (auto& [key, value] : readProperties(map, at)) add(SetProperty{key, value});
@@ -105,10 +109,12 @@ bool readShown(YamlFields& fields, ProcessInputWindow& shown) {
     });
     const bool focused = fields.with("focused", [&](const YAML::Node& node, const YamlPlace& place) {
         if (node.IsScalar() && node.Scalar() == "none") return shown.focused.reset();
-        readYaml(node, place, shown.focused.emplace());
-        if (*shown.focused >= shown.windows.size()) {
+        int64_t index = 0;
+        readYaml(node, place, index);
+        if (index < 0 || static_cast<uint64_t>(index) >= shown.windows.size()) {
             place.fault(node, "no window of this index; expected one of the list, from 0, or none");
         }
+        shown.focused = static_cast<uint32_t>(index);
     });
     const bool keyguard = fields.optional("keyguard", shown.keyguard);
     return windows || focused || keyguard;

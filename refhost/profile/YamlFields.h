@@ -1,6 +1,7 @@
 #pragma once
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <yaml-cpp/yaml.h>
 
 #include <array>
@@ -74,6 +75,13 @@ void readYaml(const YAML::Node& node, const YamlPlace& place, std::array<T, N>& 
     for (size_t i = 0; i < N; ++i) readYaml(node[i], place.at(i), field[i]);
 }
 
+/// Reads an integer that has to lie in a range, both ends included.
+template <typename T>
+void readYamlWithin(const YAML::Node& node, const YamlPlace& place, T& field, T lowest, T highest) {
+    readYaml(node, place, field);
+    if (field < lowest || field > highest) place.fault(node, fmt::format("expected {} to {}", lowest, highest));
+}
+
 /// The keys of one YAML map, asked for by name; what nobody has asked for by the end is a fault.
 class YamlFields {
   public:
@@ -110,7 +118,10 @@ class YamlFields {
         std::set<std::string> seen;
         for (const auto& entry : mMap) {
             const std::string key = entry.first.IsScalar() ? entry.first.Scalar() : "";
-            if (!mAsked.contains(key)) mPlace.below(key).fault(entry.first, "unknown key; expected none of this name");
+            if (!mAsked.contains(key)) {
+                mPlace.below(key).fault(entry.first,
+                                        fmt::format("unknown key; expected one of {}", fmt::join(mAsked, ", ")));
+            }
             if (!seen.insert(key).second) mPlace.below(key).fault(entry.first, "given twice; expected once");
         }
     }

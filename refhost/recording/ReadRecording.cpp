@@ -45,6 +45,7 @@ struct ForeignMark {
 constexpr ForeignMark kForeignMarks[] = {
     {"\xff\xfe", true, "UTF-16 text, as a Windows shell writes it; save it as UTF-8"},
     {"\xfe\xff", true, "UTF-16 text; save it as UTF-8"},
+    {"{\"trace\"", true, "a trace, not a recording; replay it without --profile"},
     {"Event: time ", false, "output of evtest"},
     {std::string_view("\0", 1), false, "binary data"},
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <array>
 #include <concepts>
@@ -109,6 +110,7 @@ class JsonFields {
     /// Calls `read(value, place)` on the member, if there is one.
     template <typename Read>
     bool with(std::string_view key, Read read) {
+        if (mNames < mKnown.size()) mKnown[mNames++] = key;
         // Members mostly stand in the order in which they are asked for: begin where the last one was found.
         auto it = mNext == 0 ? mObject.begin() : mCursor;
         size_t index = mNext;
@@ -150,12 +152,14 @@ class JsonFields {
             size_t sameName = 0;
             for (auto other = mObject.begin(); !(other == mObject.end()); ++other) sameName += other.key() == it.key();
             JsonPlace(mPlace, it.key())
-                .fault(sameName > 1 ? "given twice; expected once" : "unknown key; expected none of this name");
+                .fault(sameName > 1 ? std::string("given twice; expected once")
+                                    : "unknown key; expected one of " + knownKeys());
         }
     }
 
   private:
     static constexpr size_t kMost = 64;  ///< no object of the format has nearly as many; properties are read otherwise
+    std::string knownKeys() const { return fmt::format("{}", fmt::join(mKnown.data(), mKnown.data() + mNames, ", ")); }
     static constexpr uint64_t bit(size_t index) { return uint64_t{1} << index; }
 
     JsonLine::Value mObject;
@@ -163,6 +167,8 @@ class JsonFields {
     JsonLine::Value::Iterator mCursor = mObject.begin();
     size_t mNext = 0;
     uint64_t mAsked = 0;
+    std::array<std::string_view, 20> mKnown{};  ///< names that were asked for; they outlive this
+    size_t mNames = 0;
 };
 
 }  // namespace refhost

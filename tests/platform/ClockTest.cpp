@@ -7,12 +7,11 @@
 // time.
 TEST(Clock, StandsWhereItIsSetAndRunsAgainAfterwards) {
     const nsecs_t before = systemTime();
-    for (const int64_t ns : {int64_t{0}, int64_t{-5}, int64_t{9'007'199'254'740'993}}) {
+    for (const int64_t ns : {int64_t{9'007'199'254'740'993}, int64_t{0}, int64_t{-5}}) {
         aftplatform::setVirtualTime(ns);
         EXPECT_EQ(systemTime(), ns);
         for (int clock = SYSTEM_TIME_REALTIME; clock <= SYSTEM_TIME_BOOTTIME; ++clock) EXPECT_EQ(systemTime(clock), ns);
     }
     aftplatform::useRealClock();
     EXPECT_GE(systemTime(), before);
-    EXPECT_LT(systemTime(), 9'007'199'254'740'993);
 }

@@ -37,7 +37,6 @@ TEST(RefBase, LivesFromTheFirstStrongReferenceToTheLast) {
     EXPECT_EQ(object->getStrongCount(), 2);
     EXPECT_EQ(object->getWeakRefs()->getWeakCount(), 4);
     EXPECT_TRUE(a == nullptr && b == object && base == b && weak.promote() == b && wp<RefBase>(b) == base);
-    EXPECT_EQ(dynamic_cast<Witness*>(wp<RefBase>(base).promote().get()), object);
     b = nullptr;
     EXPECT_EQ(story, "first ");
     base.clear();
@@ -62,28 +61,32 @@ TEST(RefBase, AnObjectNeverHeldGoesByDeleteOrWithItsLastWeakReference) {
 // Two threads that hold one object, or a death notice that arrives while the last holder lets go, would delete it
 // early, twice or never.
 TEST(RefBase, TwoThreadsCopyPromoteAndRelease) {
+    std::string life;
+    const sp<Witness> shared = new Witness(life);
+    const auto copyShared = [&shared] {
+        for (int i = 0; i < 200; ++i) ASSERT_NE(wp<Witness>(sp<Witness>(shared)).promote(), nullptr);
+    };
     std::vector<std::string> stories(3000);
     std::vector<sp<Witness>> held;
     std::vector<wp<Witness>> handed;
     for (std::string& story : stories) handed.emplace_back(held.emplace_back(new Witness(story)));
     std::barrier<> round(2);
-    const auto copy = [](const sp<Witness>& own, size_t times) {
-        for (; times > 0; --times) ASSERT_NE(wp<Witness>(sp<Witness>(own)).promote(), nullptr);
-    };
     std::thread promoter([&] {
-        for (size_t i = 0; i < handed.size(); ++i) {
+        for (wp<Witness>& weak : handed) {
             round.arrive_and_wait();
-            const sp<Witness> strong = std::exchange(handed[i], nullptr).promote();
-            if (strong != nullptr) copy(strong, i % 50);
+            const sp<Witness> strong = std::exchange(weak, nullptr).promote();
+            EXPECT_TRUE(strong == nullptr || strong->story == "first ");
+            copyShared();
         }
     });
-    for (size_t i = 0; i < held.size(); ++i) {
+    for (sp<Witness>& last : held) {
         round.arrive_and_wait();
-        copy(held[i], i % 50);
-        held[i].clear();
+        last.clear();
+        copyShared();
     }
     promoter.join();
     for (const std::string& story : stories) EXPECT_EQ(story, "first last deleted ");
+    EXPECT_TRUE(shared->getStrongCount() == 1 && shared->getWeakRefs()->getWeakCount() == 1 && life == "first ");
 }
 
 struct OnlyOne : android::Singleton<OnlyOne> {

@@ -12,8 +12,6 @@
 
 namespace {
 
-using aftplatform::LogLine;
-
 struct Log : testing::Test {
     ~Log() override {
         aftplatform::setLogSink(nullptr);
@@ -21,7 +19,7 @@ struct Log : testing::Test {
     }
 
     void collect() {
-        aftplatform::setLogSink([this](const LogLine& line) {
+        aftplatform::setLogSink([this](const auto& line) {
             std::string& kept = lines.emplace_back(aftplatform::priorityName(line.priority));
             kept.append("/").append(line.tag).append(": ").append(line.text);
         });
@@ -62,25 +60,13 @@ TEST_F(Log, DropsLinesBelowTheMinimumBeforeFormatting) {
 // A host whose sink logs, or hands over to another sink, would hang or run a function that has been destroyed.
 TEST_F(Log, ASinkMayLogAndChangeTheSink) {
     const std::string own = "a text kept by the sink itself, on the heap";
-    aftplatform::setLogSink([this, own](const LogLine& line) {
+    aftplatform::setLogSink([this, own](const auto& line) {
         collect();
         __android_log_print(line.priority, "Inner", "%s", own.c_str());
         lines.push_back(own);
     });
     for (const char* text : {"first", "second"}) __android_log_print(ANDROID_LOG_INFO, "Outer", "%s", text);
     EXPECT_EQ(lines, (std::vector<std::string>{"INFO/Inner: " + own, own, "INFO/Outer: second"}));
-}
-
-// Lines of two threads would be lost or mixed in a sink that has no lock of its own.
-TEST_F(Log, TwoThreadsTakeTurns) {
-    collect();
-    auto logMany = [] {
-        for (int i = 0; i < 2000; ++i) __android_log_print(ANDROID_LOG_INFO, "T", "%d", i);
-    };
-    std::thread other(logMany);
-    logMany();
-    other.join();
-    EXPECT_EQ(lines.size(), 4000u);
 }
 
 // A script that reads the phone's log would not be able to read ours.

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "RecordingText.h"
 #include "refhost/recording/Readers.h"
 
@@ -9,37 +11,34 @@ namespace {
 // A finger would be missing or in a wrong place because the recording was made with other options or came through a
 // phone's shell, a terminal or an editor.
 TEST(GeteventReader, ReadsAnEventInEveryFormItIsPrintedIn) {
-    const struct {
-        std::string text;
-        std::string events;
-        std::string skipped;
-    } cases[] = {
+    using Case = std::tuple<std::string, std::string, std::string>;  ///< text, events, skipped lines
+    const Case cases[] = {
         {"0003 0035 ffffffff\n0003 0039 FFFFFFFF\n", "0:3 53 -1, 0:3 57 -1", ""},
         {"EV_ABS       ABS_MT_POSITION_X    00000251            \r\n", "0:3 53 593", ""},
         {"[    5686.076508] /dev/input/event2: 0003 0039 00000001\n", "0:3 57 1", ""},
         {"/dev/a: EV_KEY BTN_TOUCH DOWN\n/dev/a: EV_KEY KEY_POWER REPEAT\n", "0:1 330 1, 0:1 116 2", ""},
         {"EV_ABS       ABS_MT_TOOL_TYPE     MT_TOOL_PALM        \n", "0:3 55 2", ""},
         {"EV_SW        0010                 00000001            \n", "0:5 16 1", ""},  // a code without a name
-        {"EV_SW        SW_JACK_PHYSICAL_INS 00000001\n", "0:5 7 1", ""},               // a cut name
         {"EV_KEY       KEY_KBDINPUTASSIST_P DOWN\n", "", "1"},                         // a cut name of two keys
-        {"EV_KEY       BTN_DIGI             DOWN\n", "0:1 320 1", ""},                 // a code's other name
+        // a code's other name, and a cut one
+        {"EV_KEY BTN_DIGI DOWN\nEV_SW SW_JACK_PHYSICAL_INS 00000001\n", "0:1 320 1, 0:5 7 1", ""},
         {"$[ 1.000001] 0003 0035 00000001\n^C/dev/a: 0003 0036 00000002\n", "0:3 53 1, 1:3 54 2", ""},
         {"\n  \r\n\t\n0003 0035 00000001\r\r\n", "0:3 53 1", ""},
         {"0003 0035 000000010003 0036 000000020000 0000 00000000", "0:3 53 1, 0:3 54 2, 0:0 0 0", ""},
         {"[ 1.000000] 0003 0035 00000001[ 1.000000] 0000 0000 00000000", "0:3 53 1, 0:0 0 0", ""},
         {"/dev/a: 0003 0035 00000001/dev/a: 0000 0000 00000000", "0:3 53 1, 0:0 0 0", ""},
         {"0000 0000 00000000 rate 900003 0035 000000010000 0000 00000000\n", "0:0 0 0, 0:3 53 1, 0:0 0 0", ""},
-        {"EV_SYN       SYN_REPORT           00000000             rate 90EV_KEY       BTN_TOUCH            UP          ",
-         "0:0 0 0, 0:1 330 0", ""},
+        {"EV_KEY BTN_TOUCH UP                  EV_SYN SYN_REPORT 00000000       rate 90EV_ABS ABS_MT_SLOT 00000001",
+         "0:1 330 0, 0:0 0 0, 0:3 47 1", ""},
         {"0000 0000 000000000003 0035 0000000100", "0:0 0 0, 0:3 53 1", "1"},
         {"sendevent /dev/a 3 57 -1\nadb shell sendevent /dev/a: 3 57 4294967295\n", "0:3 57 -1, 0:3 57 -1", ""},
         {"sendevent /dev/a 3 57 4294967296\nsendevent /dev/a 32 0 0\n", "", "1 2"},
         {"0003 0035 000000251\ncould not open /dev/input/mice, Not a directory\n", "", "1 2"},
     };
-    for (const auto& c : cases) {
-        const Recording recording = readGetevent(c.text, "in");
-        EXPECT_EQ(eventsOf(recording), c.events) << c.text;
-        EXPECT_EQ(skippedLinesOf(recording), c.skipped) << c.text;
+    for (const auto& [text, events, skipped] : cases) {
+        const Recording recording = readGetevent(text, "in");
+        EXPECT_EQ(eventsOf(recording), events) << text;
+        EXPECT_EQ(skippedLinesOf(recording), skipped) << text;
     }
 }
 

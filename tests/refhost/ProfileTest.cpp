@@ -52,7 +52,7 @@ TEST(Profile, PropertiesFromAFileGiveWayToItsOwn) {
     const std::string error = errorOf([&] { parseProfile(profile, "phone.yaml", folder); });
     EXPECT_TRUE(beginsWith(error, folder + name + ":2: [ro.b]: 2: ")) << error;
     std::remove((folder + name).c_str());
-    EXPECT_THROW(parseProfile(profile, "phone.yaml", folder), FileError);
+    EXPECT_THROW(parseProfile(profile, "phone.yaml", folder), InputError);
 }
 
 }  // namespace

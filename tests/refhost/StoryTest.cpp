@@ -48,7 +48,7 @@ const Recorded kRecorded[] = {
      "60989 held back finger 0 at (530, 2261); 61375 lost finger 0 at (531, 2262); "},
     {"phone", "unlock",
      "60000 kept finger 0 at (543, 2219); 60084 consumed key 517 down; 60092 cancelled gesture of finger 0; "
-     "60231 consumed key 518 down; 60262 held back finger 0 at (545, 2218); 60318 lost finger 0 at (547, 2218); "
+     "60231 consumed key 518 down; "
      "62600 kept finger 0 at (520, 2150); "},
     {"phone", "key-held-back",
      "60000 kept finger 0 at (537, 2240); 60061 held back key 601 down; 60131 re-sent key 601 down and up; "
