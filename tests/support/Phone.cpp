@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/control/LogSink.h"
+
 namespace test {
 
 namespace {
@@ -101,6 +103,15 @@ std::vector<std::string> Phone::said() const {
     std::vector<std::string> texts;
     for (const refhost::LogEntry& entry : mResult->log) texts.push_back(entry.text);
     return texts;
+}
+
+std::vector<std::string> Phone::log() const {
+    std::vector<std::string> lines;
+    for (const refhost::LogEntry& entry : mResult->log) {
+        EXPECT_EQ(entry.tag, "ZqFrontFPAftProcessor");
+        lines.push_back(std::string(aftplatform::priorityName(entry.priority)) + " " + entry.text);
+    }
+    return lines;
 }
 
 bool Phone::said(const std::string& text) const {

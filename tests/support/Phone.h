@@ -103,6 +103,8 @@ class Phone {
     const std::vector<android::NotifyKeyArgs>& sentKeys() const { return mResult->frame.keys; }
     std::vector<std::string> said() const;
     bool said(const std::string& text) const;
+    /// The same with the priority of each: "INFO text".
+    std::vector<std::string> log() const;
 
   private:
     const refhost::CallResult& play(refhost::TraceEvent event);
