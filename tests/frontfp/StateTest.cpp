@@ -57,6 +57,15 @@ TEST(AftAreaConfig, WhatCountsAsAnArea) {
     }
 }
 
+// The smallest area is one point wide, and still an area.
+TEST(AftAreaConfig, AnAreaOfOnePoint) {
+    AftAreaConfig config;
+    ASSERT_TRUE(config.scan("1,1"));
+    AftArea area;
+    EXPECT_TRUE(config.areaOn(1080, 2340, area));
+    EXPECT_EQ(area, (AftArea{540, 2339, 540, 2340}));
+}
+
 // No size that a property or a host can name makes an area out of nothing.
 TEST(AftAreaConfig, ExtremeSurfacesHoldNoArea) {
     for (const int32_t width : {INT32_MIN, -1, 0, INT32_MAX}) {
