@@ -1,5 +1,6 @@
 #pragma once
 
+#include "aftplatform/never_destroyed.h"
 #include "utils/Mutex.h"
 
 namespace android {
@@ -18,7 +19,10 @@ class Singleton {
   public:
     static T& getInstance() {
         Mutex::Autolock lock(sLock);
-        if (!sInstance) sInstance = new T();
+        if (!sInstance) {
+            sInstance = new T();
+            aftplatform::neverDestroyed(sInstance);
+        }
         return *sInstance;
     }
 
