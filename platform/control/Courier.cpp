@@ -1,46 +1,72 @@
 #include "platform/control/Courier.h"
 
-#include <thread>
+#include <cstdlib>
 #include <utility>
+
+#include "android/log.h"
 
 namespace aftplatform {
 
-void Courier::send(Errand errand) {
-    {
-        std::lock_guard lock(mLock);
-        if (!mDirect) {
-            mErrands.push_back(std::move(errand));
-            if (!mStarted) std::thread(&Courier::work, this).detach();
-            mStarted = true;
-            mChanged.notify_all();
-            return;
-        }
+void Courier::take(Errand errand) {
+    std::lock_guard lock(mLock);
+    ++mUnderWay;
+    if (mIsDirect) {
+        mDirect[std::this_thread::get_id()].push_back(std::move(errand));
+        return;
     }
-    errand();
+    mErrands.push_back(std::move(errand));
+    if (mOwnThread == std::thread::id()) {
+        std::thread own(&Courier::work, this);
+        mOwnThread = own.get_id();
+        own.detach();
+    }
+    mChanged.notify_all();
 }
 
-void Courier::wait() {
+void Courier::carryOut() {
     std::unique_lock lock(mLock);
-    mChanged.wait(lock, [this] { return mErrands.empty(); });
-}
-
-void Courier::setDirect(bool direct) {
-    std::unique_lock lock(mLock);
-    mChanged.wait(lock, [this] { return mErrands.empty(); });
-    mDirect = direct;
+    const auto own = mDirect.find(std::this_thread::get_id());
+    if (own == mDirect.end() || own->second.front() == nullptr) return;
+    while (!own->second.empty()) carryOutFirst(own->second, lock);
+    mDirect.erase(own);
 }
 
 void Courier::work() {
     for (std::unique_lock lock(mLock);;) {
         mChanged.wait(lock, [this] { return !mErrands.empty(); });
-        Errand errand = std::move(mErrands.front());
-        lock.unlock();
-        errand();
-        errand = nullptr;  // what it held is let go before it counts as done, and without the lock
-        lock.lock();
-        mErrands.pop_front();
-        mChanged.notify_all();
+        carryOutFirst(mErrands, lock);
     }
+}
+
+void Courier::carryOutFirst(Line& line, std::unique_lock<std::mutex>& lock) noexcept {
+    Errand errand = std::exchange(line.front(), nullptr);
+    lock.unlock();
+    errand();
+    errand = nullptr;  // what it held is let go before it counts as done, and without the lock
+    lock.lock();
+    line.pop_front();
+    --mUnderWay;
+    mChanged.notify_all();
+}
+
+void Courier::waitUntilQuiet(std::unique_lock<std::mutex>& lock) {
+    const std::thread::id caller = std::this_thread::get_id();
+    if (caller == mOwnThread || mDirect.contains(caller)) {
+        __android_log_print(ANDROID_LOG_FATAL, "Courier", "an errand waits for its own end");
+        std::abort();
+    }
+    mChanged.wait(lock, [this] { return mUnderWay == 0; });
+}
+
+void Courier::wait() {
+    std::unique_lock lock(mLock);
+    waitUntilQuiet(lock);
+}
+
+void Courier::setDirect(bool direct) {
+    std::unique_lock lock(mLock);
+    waitUntilQuiet(lock);
+    mIsDirect = direct;
 }
 
 }  // namespace aftplatform

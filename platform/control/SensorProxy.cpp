@@ -15,6 +15,11 @@ Status lost() { return Status::fromExceptionCode(Status::EX_TRANSACTION_FAILED, 
 
 }  // namespace
 
+void Queue::onLastStrongRef(const void* /*id*/) {
+    std::lock_guard lock(world().lock);
+    std::erase(mLife->queues, this);
+}
+
 Return<Result> Queue::enableSensor(int32_t handle, int32_t period, int64_t latency) {
     const Outcome outcome = world().call(*mLife, Call::EnableSensor, {handle, period, latency});
     if (!outcome.reached) return lost();
@@ -33,11 +38,16 @@ Return<Result> Queue::disableSensor(int32_t handle) {
     return Result::OK;
 }
 
+void Queue::bring(const Event& event) const {
+    if (mCallback != nullptr) (void)mCallback->onEvent(event).isOk();
+}
+
 Return<bool> Proxy::linkToDeath(const sp<hidl_death_recipient>& recipient, uint64_t cookie) {
     const Outcome outcome = world().call(*mLife, Call::LinkToDeath, {static_cast<int64_t>(cookie)});
     if (!outcome.reached) return lost();
     if (outcome.refused || recipient == nullptr) return false;
     std::lock_guard lock(world().lock);
+    if (!mLife->alive) return lost();  // it died before it could answer, and has told all whom it knew
     mLife->links.push_back({recipient, cookie, this});
     return true;
 }
@@ -45,13 +55,8 @@ Return<bool> Proxy::linkToDeath(const sp<hidl_death_recipient>& recipient, uint6
 Return<void> Proxy::getDefaultSensor(SensorType type, getDefaultSensor_cb completion) {
     const Outcome outcome = world().call(*mLife, Call::GetDefaultSensor, {static_cast<int64_t>(type)});
     if (!outcome.reached) return lost();
-    bool found = false;
-    const SensorInfo info = world().defaultSensor(type, found);
-    if (outcome.refused || !found) {
-        completion({}, Result::BAD_VALUE);
-    } else {
-        completion(info, Result::OK);
-    }
+    const std::optional<SensorInfo> sensor = outcome.refused ? std::nullopt : world().defaultSensor(type);
+    completion(sensor.value_or(SensorInfo{}), sensor ? Result::OK : Result::BAD_VALUE);
     return Void();
 }
 
@@ -62,7 +67,7 @@ Return<void> Proxy::createEventQueue(const sp<IEventQueueCallback>& callback, cr
     if (!outcome.noQueue) {
         queue = new Queue(mLife, callback);
         std::lock_guard lock(world().lock);
-        mLife->queues.push_back(queue);
+        mLife->queues.push_back(queue.get());
     }
     completion(queue, outcome.refused || outcome.noQueue ? Result::NO_MEMORY : Result::OK);
     return Void();

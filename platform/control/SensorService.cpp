@@ -1,5 +1,6 @@
 #include "platform/control/SensorService.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "android/hidl/manager/1.0/IServiceNotification.h"
@@ -13,6 +14,11 @@ using android::hidl::manager::V1_0::IServiceNotification;
 
 constexpr char kInterface[] = "android.frameworks.sensorservice@1.0::ISensorManager";
 constexpr char kInstance[] = "default";
+
+void addOnce(Recipients& recipients, const sp<hidl_death_recipient>& recipient) {
+    const auto same = std::find(recipients.begin(), recipients.end(), recipient);
+    if (same == recipients.end()) recipients.push_back(recipient);
+}
 
 }  // namespace
 
@@ -49,14 +55,12 @@ std::optional<Fault> World::faultOf(Call call) {
     return found == mFaults.end() ? std::nullopt : std::optional(found->second);
 }
 
-SensorInfo World::defaultSensor(SensorType type, bool& found) {
+std::optional<SensorInfo> World::defaultSensor(SensorType type) {
     std::lock_guard held(lock);
     for (const Sensor& sensor : mSensors) {
-        if (sensor.type != static_cast<int32_t>(type)) continue;
-        found = true;
-        return {.sensorHandle = sensor.handle, .type = type};
+        if (sensor.type == static_cast<int32_t>(type)) return SensorInfo{.sensorHandle = sensor.handle, .type = type};
     }
-    return {};
+    return std::nullopt;
 }
 
 void World::offer(std::vector<Sensor> sensors) {
@@ -76,50 +80,42 @@ void World::setPresent(bool present) {
 }
 
 void World::die() {
-    struct Notice {
-        sp<hidl_death_recipient> recipient;
-        uint64_t cookie;
-        wp<IBase> who;
-    };
-    std::vector<Notice> notices;
-    std::vector<sp<hidl_death_recipient>> forgotten;  // let go without the lock: their end is the client's code
     {
+        Recipients told;
         std::lock_guard held(lock);
         mPresent = false;
         if (mLife == nullptr) return;
-        mLife->alive = false;
         for (const Life::Link& link : mLife->links) {
-            if (sp<hidl_death_recipient> recipient = link.recipient.promote(); recipient != nullptr) {
-                notices.push_back({recipient, link.cookie, link.who});
-            }
+            const sp<hidl_death_recipient> recipient = link.recipient.promote();
+            if (recipient == nullptr) continue;
+            addOnce(told, recipient);
+            courier.take([recipient, cookie = link.cookie, who = link.who] { recipient->serviceDied(cookie, who); });
         }
         mLife->links.clear();
+        mLife->alive = false;
         mLife.reset();
-        if (!notices.empty()) mTold.swap(forgotten);
-        for (const Notice& notice : notices) mTold.push_back(notice.recipient);
+        if (!told.empty()) mTold.swap(told);
     }
-    for (Notice& notice : notices) {
-        courier.send([notice = std::move(notice)] { notice.recipient->serviceDied(notice.cookie, notice.who); });
-    }
+    courier.carryOut();
 }
 
 void World::registers() {
-    std::vector<sp<hidl_death_recipient>> recipients;
     {
+        Recipients recipients;
         std::lock_guard held(lock);
         begin();
         for (const Life::Link& link : mLife->links) {
-            if (sp<hidl_death_recipient> recipient = link.recipient.promote(); recipient != nullptr) {
-                recipients.push_back(std::move(recipient));
-            }
+            const sp<hidl_death_recipient> recipient = link.recipient.promote();
+            if (recipient != nullptr) addOnce(recipients, recipient);
         }
         if (recipients.empty()) recipients = mTold;
+        for (const sp<hidl_death_recipient>& recipient : recipients) {
+            const sp<IServiceNotification> notified = dynamic_cast<IServiceNotification*>(recipient.get());
+            if (notified == nullptr) continue;
+            courier.take([notified] { (void)notified->onRegistration(kInterface, kInstance, false).isOk(); });
+        }
     }
-    for (const sp<hidl_death_recipient>& recipient : recipients) {
-        const sp<IServiceNotification> notified = dynamic_cast<IServiceNotification*>(recipient.get());
-        if (notified == nullptr) continue;
-        courier.send([notified] { (void)notified->onRegistration(kInterface, kInstance, false).isOk(); });
-    }
+    courier.carryOut();
 }
 
 void World::setFaults(std::map<Call, Fault> faults) {
@@ -128,28 +124,17 @@ void World::setFaults(std::map<Call, Fault> faults) {
 }
 
 void World::deliver(const Event& event) {
-    courier.send([this, event] { bring(event); });
-}
-
-void World::bring(const Event& event) {
-    std::vector<sp<Queue>> queues;
     {
         std::lock_guard held(lock);
         if (mLife == nullptr) return;
-        std::erase_if(mLife->queues, [&](const wp<Queue>& queue) {
-            queues.push_back(queue.promote());
-            return queues.back() == nullptr;
-        });
-    }
-    for (const sp<Queue>& queue : queues) {
-        if (queue == nullptr) continue;
-        sp<IEventQueueCallback> callback;
-        {
-            std::lock_guard held(lock);
-            callback = queue->callbackFor(event.sensorHandle);
+        for (Queue* queue : mLife->queues) {
+            if (!queue->isEnabled(event.sensorHandle)) continue;
+            courier.take([to = wp<Queue>(queue), event] {
+                if (const sp<Queue> reached = to.promote(); reached != nullptr) reached->bring(event);
+            });
         }
-        if (callback != nullptr) (void)callback->onEvent(event).isOk();
     }
+    courier.carryOut();
 }
 
 void World::setListener(std::function<void(const Reached&)> listener) {
@@ -158,16 +143,19 @@ void World::setListener(std::function<void(const Reached&)> listener) {
 }
 
 void World::reset() {
-    courier.setDirect(false);
+    courier.wait();  // what is under way may still drive the service
     setListener({});
-    std::vector<sp<hidl_death_recipient>> told;  // let go without the lock
-    std::lock_guard held(lock);
-    mSensors.clear();
-    mPresent = false;
-    if (mLife != nullptr) mLife->alive = false;
-    mLife.reset();
-    mFaults.clear();
-    mTold.swap(told);
+    {
+        Recipients told;
+        std::lock_guard held(lock);
+        mSensors.clear();
+        mPresent = false;
+        if (mLife != nullptr) mLife->alive = false;
+        mLife.reset();
+        mFaults.clear();
+        mTold.swap(told);
+    }
+    courier.setDirect(false);  // now nobody is left to be told, but for what others asked for meanwhile
 }
 
 void offer(std::vector<Sensor> sensors) { world().offer(std::move(sensors)); }

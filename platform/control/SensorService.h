@@ -8,13 +8,14 @@
 #include "aftplatform/export.h"
 #include "android/hardware/sensors/1.0/types.h"
 
-/// The sensor service of this process, for hosts and tests to script. At the start there is none. Any thread; but those
-/// that change whether there is a service, and reset(), take effect one after the other in the order of the calls.
+/// The sensor service of this process, for hosts and tests to script. At the start there is none. Any thread; the calls
+/// take effect one after the other.
 ///
 /// Events, deaths and registrations go out on a thread of the service's own, as on the phone, in the order in which
-/// they were asked for; with Delivery::Direct they go out on the caller's thread before the call returns. Recipients
-/// and callbacks are held while they are called, and no lock is: they may call the service, and drop its last
-/// reference.
+/// they were asked for; with Delivery::Direct they go out on the caller's thread before the call returns. In both, what
+/// a callback itself asks for goes out after what was asked for before. To whom is settled when it is asked for.
+/// Recipients and callbacks are held while they are called, and no lock is: they may call and script the service, and
+/// drop the last reference to anything.
 namespace aftplatform::sensors {
 
 using android::hardware::sensors::V1_0::Event;
@@ -55,28 +56,30 @@ AFTPLATFORM_API void setPresent(bool present);
 /// are told in the order of linking, which uses the links up, and look-ups find nothing.
 AFTPLATFORM_API void die();
 
-/// Makes the service present and sends a registration notice: to the recipients that are linked to it, or, where none
-/// is, to those that the last death told that told anybody; the service manager keeps them for that.
+/// Makes the service present and sends a registration notice, one to each recipient that is linked to it, or, where
+/// none is, to those that the last death told that told anybody; the service manager keeps them for that.
 AFTPLATFORM_API void registers();
 
 /// Which calls fail from now on, and how; the others are mended.
 AFTPLATFORM_API void setFaults(std::map<Call, Fault> faults);
 
-/// Brings an event to every queue on which its handle is enabled, in the order in which the queues were made.
+/// Brings an event to every queue on which its handle is enabled, in the order in which the queues were made. It goes
+/// out even if the service dies meanwhile, or the handle is disabled; but a queue that has gone by then gets none.
 AFTPLATFORM_API void deliver(const Event& event);
 
-/// Delivery::OwnThread at the start. Waits until what is under way has gone out.
+/// Delivery::OwnThread at the start. Waits as waitUntilDelivered() does.
 AFTPLATFORM_API void setDelivery(Delivery delivery);
 
-/// Returns when all that was asked for before has gone out. Not from within a callback.
+/// Returns when nothing is on its way any more. From within a callback it would never: that ends the process.
 AFTPLATFORM_API void waitUntilDelivered();
 
 /// Hears of each call that reaches the service, on the thread that calls, before it is answered. An empty function:
-/// nobody does. It must not call back into the service.
+/// nobody does. It must neither call nor script the service.
 AFTPLATFORM_API void setListener(std::function<void(const Reached&)> listener);
 
-/// As at the start: no service, no sensors, no faults, no listener, nothing linked or remembered. Waits as
-/// setDelivery() does. A host does this before it unloads whoever has used the service.
+/// As at the start: no service, no sensors, no faults, no listener, nothing linked or remembered; what is held of the
+/// service is dead, and nobody is told of that. Waits as waitUntilDelivered() does. A host does this before it unloads
+/// whoever has used the service.
 AFTPLATFORM_API void reset();
 
 }  // namespace aftplatform::sensors

@@ -41,9 +41,12 @@ struct Life {
     };
 
     bool alive = true;
-    std::vector<Link> links;
-    std::vector<wp<Queue>> queues;  ///< in the order of their making; they belong to the clients
+    std::vector<Link> links;     ///< in the order of linking
+    std::vector<Queue*> queues;  ///< in the order of their making; they belong to the clients, and leave when they go
 };
+
+/// Who is told of deaths and registrations. Let go without the world's lock: their end is the client's code.
+using Recipients = std::vector<sp<hidl_death_recipient>>;
 
 /// How a call went, so far as the script has it.
 struct Outcome {
@@ -52,12 +55,14 @@ struct Outcome {
     bool noQueue = false;
 };
 
-/// The service and what surrounds it. Its lock is held for short steps, never while anything is called.
+/// The service and what surrounds it. Its lock is held for short steps, never while anything is called or while
+/// references are let go that may be the last to a client's object. Under it the courier takes over what has to be
+/// told, so that this goes out in the order in which it came about.
 class World {
   public:
     sp<ISensorManager> lookUp(const std::string& name, bool getStub);
     Outcome call(const Life& life, Call call, std::vector<int64_t> arguments);
-    SensorInfo defaultSensor(SensorType type, bool& found);
+    std::optional<SensorInfo> defaultSensor(SensorType type);
 
     void offer(std::vector<Sensor> sensors);
     void setPresent(bool present);
@@ -74,13 +79,12 @@ class World {
   private:
     std::optional<Fault> faultOf(Call call);
     void begin();
-    void bring(const Event& event);
 
     std::vector<Sensor> mSensors;
     bool mPresent = false;
     std::shared_ptr<Life> mLife;  ///< null: none has begun
     std::map<Call, Fault> mFaults;
-    std::vector<sp<hidl_death_recipient>> mTold;  ///< by the last death that told anybody
+    Recipients mTold;  ///< by the last death that told anybody; each once
 
     std::mutex mListenerLock;
     std::function<void(const Reached&)> mListener;
@@ -98,12 +102,14 @@ class Queue : public IEventQueue {
     Return<Result> enableSensor(int32_t handle, int32_t period, int64_t latency) override;
     Return<Result> disableSensor(int32_t handle) override;
 
-    /// Where an event of this handle goes; null where it is not enabled. Under the world's lock.
-    sp<IEventQueueCallback> callbackFor(int32_t handle) const {
-        return mLife->alive && mEnabled.contains(handle) ? mCallback : nullptr;
-    }
+    /// Under the world's lock.
+    bool isEnabled(int32_t handle) const { return mEnabled.contains(handle); }
+    /// Hands an event to the client. The caller holds the queue meanwhile, and with it the callback.
+    void bring(const Event& event) const;
 
   private:
+    void onLastStrongRef(const void* id) override;
+
     const std::shared_ptr<Life> mLife;
     const sp<IEventQueueCallback> mCallback;
     std::set<int32_t> mEnabled;  ///< under the world's lock

@@ -60,7 +60,8 @@ namespace android::hidl {
 base::V1_0::IBase::IBase() = default;
 base::V1_0::IBase::~IBase() = default;
 
-/// An object of this process: it dies with whoever would have to be told.
+/// A service's proxy alone takes it on. An object of this process dies with whoever would have to be told, and a queue
+/// with its service.
 hardware::Return<bool> base::V1_0::IBase::linkToDeath(const sp<hardware::hidl_death_recipient>& /*recipient*/,
                                                       uint64_t /*cookie*/) {
     return false;
