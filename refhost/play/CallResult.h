@@ -35,7 +35,7 @@ struct CallResult {
     FrameResult frame;
     Requests requests;
     std::vector<LogEntry> log;
-    int64_t durationNs = 0;  ///< of the call into the plug-in, on the real clock
+    std::optional<int64_t> durationNs;  ///< of a call into the plug-in, on the real clock; platform lines have none
 };
 
 }  // namespace refhost

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "aft/host/InputMapper.h"
+#include "platform/control/SensorService.h"
 #include "refhost/trace/Trace.h"
 
 namespace refhost {
@@ -13,14 +14,16 @@ struct Report {
     std::string text;
 };
 
-/// What the plug-in has asked of the host during one call.
+/// What the plug-in has asked of the host, and of the sensor service, during one line.
 struct Requests {
     std::vector<int64_t> cancelled;  ///< `when` of each cancelTouch, ns
     std::vector<Report> reports;
+    std::vector<aftplatform::sensors::Reached> service;  ///< calls that reached the sensor service, in order
 
     void clear() {
         cancelled.clear();
         reports.clear();
+        service.clear();
     }
 };
 

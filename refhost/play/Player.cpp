@@ -1,13 +1,16 @@
 #include "refhost/play/Player.h"
 
+#include <algorithm>
 #include <chrono>
 
 #include "platform/control/LogSink.h"
 #include "platform/control/Properties.h"
+#include "platform/control/SensorService.h"
 #include "platform/control/VirtualClock.h"
 
 namespace refhost {
 
+namespace sensors = aftplatform::sensors;
 using android::InputWindowHandle;
 using android::NotifyKeyArgs;
 using android::sp;
@@ -19,9 +22,16 @@ Player::World::World(const TraceHeader& header) {
     });
     aftplatform::properties::clearAll();
     for (const auto& [key, value] : header.properties) aftplatform::properties::set(key, value);
+    sensors::reset();
+    sensors::setDelivery(sensors::Delivery::Direct);
+    sensors::setListener([this](const sensors::Reached& call) { result.requests.service.push_back(call); });
+    if (!header.sensors) return;
+    sensors::offer(*header.sensors);
+    sensors::setPresent(true);
 }
 
 Player::World::~World() {
+    sensors::reset();
     aftplatform::setLogSink({});
     aftplatform::useRealClock();
 }
@@ -32,7 +42,9 @@ Player::Player(const TraceHeader& header, const std::string& pluginPath) : mWorl
     }
 }
 
-Player::~Player() = default;
+Player::~Player() {
+    sensors::reset();  // what the service holds of the plug-in is code that goes with it
+}
 
 const CallResult& Player::play(const TraceLine& line) {
     mResult.line = line.line;
@@ -40,7 +52,7 @@ const CallResult& Player::play(const TraceLine& line) {
     mResult.hasFrame = false;
     mResult.requests.clear();
     mResult.log.clear();
-    mResult.durationNs = 0;
+    mResult.durationNs.reset();
     if (line.t) aftplatform::setVirtualTime(*line.t);
     std::visit([this](const auto& event) { play(event); }, line.event);
     return mResult;
@@ -129,5 +141,25 @@ void Player::play(const NotifyScreenState& /*call*/) {
 }
 
 void Player::play(const SetProperty& happening) { aftplatform::properties::set(happening.key, happening.value); }
+
+void Player::play(const SensorEvent& happening) {
+    sensors::Event event;
+    event.sensorType = static_cast<decltype(event.sensorType)>(happening.type);
+    event.sensorHandle = happening.handle;
+    event.timestamp = happening.timestamp;
+    std::copy_n(happening.values.begin(), std::min(happening.values.size(), event.u.data.size()), event.u.data.begin());
+    sensors::deliver(event);
+}
+
+void Player::play(const SensorService& happening) {
+    if (happening.fails) sensors::setFaults(*happening.fails);
+    if (!happening.state) return;
+    switch (*happening.state) {
+        case SensorService::State::Dies: return sensors::die();
+        case SensorService::State::Registers: return sensors::registers();
+        case SensorService::State::Absent: return sensors::setPresent(false);
+        case SensorService::State::Present: return sensors::setPresent(true);
+    }
+}
 
 }  // namespace refhost

@@ -11,12 +11,12 @@
 namespace refhost {
 
 /// Plays a trace through the shipping plug-in, one line at a time, and collects what comes back. It owns the world
-/// around the plug-in: the properties, the log, a virtual clock, the devices and the windows. Nothing of it depends on
-/// the machine, so the same trace gives the same answers everywhere. One per process, since the plug-in reads the
-/// properties once. One thread.
+/// around the plug-in: the properties, the log, a virtual clock, the sensor service, the devices and the windows.
+/// Nothing of it depends on the machine, so the same trace gives the same answers everywhere: what the sensor service
+/// sends arrives before the line is over. One per process, since the plug-in reads the properties once. One thread.
 class Player {
   public:
-    /// Sets the header's properties, then loads the plug-in. Throws PluginError.
+    /// Sets the header's properties and sensors, then loads the plug-in. Throws PluginError.
     Player(const TraceHeader& header, const std::string& pluginPath);
     ~Player();
     Player(const Player&) = delete;
@@ -47,6 +47,8 @@ class Player {
     void play(const NotifyInputExit& call);
     void play(const NotifyScreenState& call);
     void play(const SetProperty& happening);
+    void play(const SensorEvent& happening);
+    void play(const SensorService& happening);
 
     template <typename Call>
     void timed(Call call);

@@ -1,6 +1,7 @@
 #include "refhost/play/ResultWriter.h"
 
 #include "platform/control/LogSink.h"
+#include "refhost/trace/SensorNames.h"
 
 namespace refhost {
 
@@ -63,6 +64,15 @@ void writeResult(TextBuffer& out, const CallResult& result) {
         appendJsonArray(out, result.requests.reports, [&](const Report& report) {
             append(out, FMT_COMPILE(R"({{"event":{},"text":)"), report.event);
             appendJson(out, report.text);
+            out.push_back('}');
+        });
+        out.push_back(',');
+    }
+    if (!result.requests.service.empty()) {
+        append(out, R"("service":)");
+        appendJsonArray(out, result.requests.service, [&](const aftplatform::sensors::Reached& reached) {
+            append(out, FMT_COMPILE(R"({{"call":"{}","arguments":)"), nameOf(kServiceCalls, reached.call));
+            appendJsonNumbers(out, reached.arguments);
             out.push_back('}');
         });
         out.push_back(',');

@@ -75,7 +75,7 @@ std::string fingerAt(uint32_t id, int32_t x, int32_t y) { return fmt::format("fi
 const std::vector<Decision>& Story::tell(const TraceLine& line, const CallResult& result) {
     mDecisions.clear();
     ++mSummary.lines;
-    if (!std::holds_alternative<SetProperty>(line.event)) mSummary.calls.add(result.durationNs);
+    if (result.durationNs) mSummary.calls.add(*result.durationNs);
     for (const LogEntry& entry : result.log) {
         const bool off = says(entry.text, "invalid config value:") || says(entry.text, "configure exceeds the limits");
         if (off) mSummary.filterOff = entry.text;

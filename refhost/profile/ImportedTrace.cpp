@@ -39,6 +39,7 @@ ImportedTrace::ImportedTrace(Recording recording, Profile profile, const std::st
     mHeader.properties = mProfile.properties;
     mHeader.devices.push_back(mProfile.touch.device);
     if (mProfile.keys) mHeader.devices.push_back(mProfile.keys->device);
+    mHeader.sensors = mProfile.sensors;
     mHeader.note = mProfile.note;
     mNotes = mProfile.notes;
     for (std::string& note : notesOnReading(mRecording)) mNotes.push_back(std::move(note));
@@ -47,6 +48,7 @@ ImportedTrace::ImportedTrace(Recording recording, Profile profile, const std::st
 
     openWith(mProfile.surface);
     if (mProfile.windows) openWith(*mProfile.windows);
+    if (mProfile.sensorService) openWith(*mProfile.sensorService);
     openWith(NotifyInputStart{});
 }
 
@@ -139,12 +141,12 @@ void ImportedTrace::takeFrame(const TouchFrame& frame, int64_t when) {
 
 void ImportedTrace::catchUpWithTimeline(int64_t until) {
     while (mNextHappening < mProfile.timeline.size()) {
-        const TimelineEntry& happening = mProfile.timeline[mNextHappening];
-        if (TraceClock::kStartNs + happening.atNs > until) return;
-        mReady.push_back(
-            {0,
-             std::max(TraceClock::kStartNs + happening.atNs, mReady.empty() ? TraceClock::kStartNs : *mReady.back().t),
-             happening.event});
+        TimelineEntry& happening = mProfile.timeline[mNextHappening];
+        const int64_t due = TraceClock::kStartNs + happening.atNs;
+        if (due > until) return;
+        const int64_t now = std::max(due, mReady.empty() ? TraceClock::kStartNs : *mReady.back().t);
+        if (auto* sample = std::get_if<SensorEvent>(&happening.event)) sample->timestamp = now;
+        mReady.push_back({0, now, std::move(happening.event)});
         ++mNextHappening;
     }
 }

@@ -8,6 +8,7 @@
 
 #include "platform/control/Properties.h"
 #include "refhost/Files.h"
+#include "refhost/profile/SensorTimeline.h"
 #include "refhost/profile/Timeline.h"
 #include "refhost/profile/YamlFields.h"
 
@@ -149,6 +150,9 @@ Profile readDocument(const YAML::Node& document, const std::string& file, const 
     const auto touch = [&](const YAML::Node& node, const YamlPlace& at) { readTouch(node, at, profile); };
     if (!fields.with("touch", touch)) place.below("touch").fault(document, "missing; expected this key");
     fields.with("keys", [&](const YAML::Node& node, const YamlPlace& at) { readKeys(node, at, profile); });
+    fields.with("sensors",
+                [&](const YAML::Node& node, const YamlPlace& at) { profile.sensors = readSensors(node, at); });
+    profile.sensorService = readSensorService(fields);
     ProcessInputWindow shown;
     if (readShown(fields, shown)) profile.windows = shown;
     // Last: it goes by all the rest.

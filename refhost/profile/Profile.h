@@ -27,7 +27,8 @@ struct ProfileKeys : ProfileDevice {
     uint32_t policyFlags = 0;
 };
 
-/// Something that happens beside the touches, `atNs` after the recording's first event.
+/// Something that happens beside the touches, `atNs` after the recording's first event. A sensor's event gets its
+/// timestamp when its time comes.
 struct TimelineEntry {
     int64_t atNs = 0;
     TraceEvent event;
@@ -38,6 +39,8 @@ struct Profile {
     std::vector<std::pair<std::string, std::string>> properties;
     ProfileDevice touch;
     std::optional<ProfileKeys> keys;
+    std::optional<std::vector<aftplatform::sensors::Sensor>> sensors;  ///< absent: there is no sensor service
+    std::optional<SensorService> sensorService;                        ///< before the input service starts
     ConfigureSurface surface;
     std::optional<ProcessInputWindow> windows;  ///< what is shown at the start
     std::vector<TimelineEntry> timeline;        ///< by time; entries of one time in the file's order

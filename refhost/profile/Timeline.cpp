@@ -1,9 +1,11 @@
 #include "refhost/profile/Timeline.h"
 
+#include <algorithm>
 #include <cmath>
 #include <set>
 
 #include "platform/control/Properties.h"
+#include "refhost/profile/SensorTimeline.h"
 
 namespace refhost {
 
@@ -26,9 +28,16 @@ WindowDescription readWindow(const YAML::Node& node, const YamlPlace& place) {
 class TimelineReader {
   public:
     explicit TimelineReader(const Profile& start)
-        : mSurface(start.surface), mShown(start.windows.value_or(ProcessInputWindow())) {}
+        : mSensors(start.sensors.value_or(Sensors())),
+          mSurface(start.surface),
+          mShown(start.windows.value_or(ProcessInputWindow())) {}
 
-    std::vector<TimelineEntry> take() { return std::move(mEntries); }
+    /// All that the entries read so far stand for, by time: what goes on for a while lies among the later ones.
+    std::vector<TimelineEntry> take() {
+        const auto earlier = [](const TimelineEntry& a, const TimelineEntry& b) { return a.atNs < b.atNs; };
+        std::stable_sort(mEntries.begin(), mEntries.end(), earlier);
+        return std::move(mEntries);
+    }
 
     void readEntry(const YAML::Node& node, const YamlPlace& place) {
         YamlFields fields(node, place);
@@ -50,6 +59,7 @@ class TimelineReader {
         any |= fields.with("property", [&](const YAML::Node& map, const YamlPlace& at) {
             for (auto& [key, value] : readProperties(map, at)) add(SetProperty{key, value});
         });
+        if (auto service = readSensorService(fields)) any = add(std::move(*service));
         any |= fields.with("input", [&](const YAML::Node& value, const YamlPlace& at) {
             std::string state;
             readYaml(value, at, state);
@@ -61,17 +71,28 @@ class TimelineReader {
                 at.fault(value, "expected start or exit");
             }
         });
+        for (TimelineEntry& sample : readSamples(fields, mSensors, mAt)) {
+            mEntries.push_back(std::move(sample));
+            any = true;
+        }
         fields.done();
-        if (!any) place.fault(node, "nothing happens; expected rotate, windows, focused, keyguard, property or input");
+        if (!any) {
+            place.fault(node,
+                        "nothing happens; expected rotate, windows, focused, keyguard, property, sensor_service, "
+                        "input, sensor, slide_cover or fold_angle");
+        }
     }
 
   private:
+    using Sensors = std::vector<aftplatform::sensors::Sensor>;
+
     bool add(TraceEvent event) {
         mEntries.push_back({mAt, std::move(event)});
         return true;
     }
 
     std::vector<TimelineEntry> mEntries;
+    Sensors mSensors;
     ConfigureSurface mSurface;
     ProcessInputWindow mShown;
     int64_t mAt = 0;

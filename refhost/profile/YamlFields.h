@@ -12,6 +12,7 @@
 #include <string>
 
 #include "refhost/InputError.h"
+#include "refhost/Names.h"
 #include "refhost/SinglePrecision.h"
 
 namespace refhost {
@@ -80,6 +81,16 @@ template <typename T>
 void readYamlWithin(const YAML::Node& node, const YamlPlace& place, T& field, T lowest, T highest) {
     readYaml(node, place, field);
     if (field < lowest || field > highest) place.fault(node, fmt::format("expected {} to {}", lowest, highest));
+}
+
+/// Reads a text that is a word of a table.
+template <typename Names, typename T>
+void readYamlName(const YAML::Node& node, const YamlPlace& place, const Names& names, T& field) {
+    std::string word;
+    readYaml(node, place, word);
+    const auto* known = named(names, word);
+    if (known == nullptr) place.fault(node, unknownName(names, word));
+    field = known->value;
 }
 
 /// The keys of one YAML map, asked for by name; what nobody has asked for by the end is a fault.

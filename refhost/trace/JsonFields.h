@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "refhost/InputError.h"
+#include "refhost/Names.h"
 #include "refhost/SinglePrecision.h"
 #include "refhost/trace/JsonLine.h"
 
@@ -94,6 +95,15 @@ void readJson(const JsonLine::Value& value, const JsonPlace& place, std::array<T
         readJson(element, JsonPlace(place, i), field[i]);
         ++i;
     }
+}
+
+/// A string that is a word of a table.
+template <typename Names, typename T>
+void readJsonName(const JsonLine::Value& value, const JsonPlace& place, const Names& names, T& field) {
+    if (value.kind() != JsonLine::Kind::String) place.fault("not a string; expected a name");
+    const auto* known = named(names, value.string());
+    if (known == nullptr) place.fault(unknownName(names, value.string()));
+    field = known->value;
 }
 
 /// The members of one object, asked for by name. What nobody has asked for by the end is a fault: nothing in a trace is

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "aft/host/RawPointerData.h"
+#include "platform/control/SensorService.h"
 
 /// A trace in memory: what docs/trace-format.md defines, with the same names, units and defaults. Times are ns.
 namespace refhost {
@@ -21,16 +23,11 @@ struct DeviceDescription {
     uint32_t sources = 4098;
 };
 
-/// A sensor that the sensor service offers from the start.
-struct SensorDescription {
-    int32_t type = 0;
-    int32_t handle = 0;
-};
-
 struct TraceHeader {
     std::vector<std::pair<std::string, std::string>> properties;  ///< in the order given
     std::vector<DeviceDescription> devices;
-    std::optional<std::vector<SensorDescription>> sensors;  ///< absent: there is no sensor service
+    /// What the sensor service offers from the start, each with a handle of its own; absent: there is no service.
+    std::optional<std::vector<aftplatform::sensors::Sensor>> sensors;
     std::string note;
 };
 
@@ -90,8 +87,26 @@ struct SetProperty {
     std::string value;
 };
 
+/// A sample, for every queue on which `handle` is enabled.
+struct SensorEvent {
+    int32_t type = 0;
+    int32_t handle = 0;
+    int64_t timestamp = 0;
+    std::vector<float> values;  ///< kMostValues at most; those that are missing are 0
+
+    static constexpr size_t kMostValues = decltype(aftplatform::sensors::Event::u.data)().size();
+};
+
+/// Something becomes of the sensor service: some of its calls fail from now on, and then its state changes.
+struct SensorService {
+    enum class State { Dies, Registers, Absent, Present };
+
+    std::optional<std::map<aftplatform::sensors::Call, aftplatform::sensors::Fault>> fails;  ///< all others are mended
+    std::optional<State> state;
+};
+
 using TraceEvent = std::variant<ProcessKey, ProcessRawTouches, ProcessInputWindow, ConfigureSurface, NotifyInputStart,
-                                NotifyInputExit, NotifyScreenState, SetProperty>;
+                                NotifyInputExit, NotifyScreenState, SetProperty, SensorEvent, SensorService>;
 
 /// One line after the header.
 struct TraceLine {

@@ -53,13 +53,20 @@ void readDevices(const JsonLine::Value& value, const JsonPlace& place, TraceHead
 void readSensors(const JsonLine::Value& value, const JsonPlace& place, TraceHeader& header) {
     if (value.kind() != JsonLine::Kind::Array) place.fault("not an array; expected the sensors");
     header.sensors.emplace();
+    std::vector<aftplatform::sensors::Sensor>& sensors = *header.sensors;
     for (const JsonLine::Value element : value) {
-        JsonFields fields(element, JsonPlace(place, header.sensors->size()));
-        SensorDescription sensor;
+        const JsonPlace here(place, sensors.size());
+        JsonFields fields(element, here);
+        aftplatform::sensors::Sensor sensor;
         fields.required("type", sensor.type);
         fields.required("handle", sensor.handle);
         fields.done();
-        header.sensors->push_back(sensor);
+        const auto same = [&](const aftplatform::sensors::Sensor& other) { return other.handle == sensor.handle; };
+        if (const auto other = std::find_if(sensors.begin(), sensors.end(), same); other != sensors.end()) {
+            JsonPlace(here, "handle")
+                .fault(fmt::format("sensors[{}] has it; expected a handle of its own", other - sensors.begin()));
+        }
+        sensors.push_back(sensor);
     }
 }
 

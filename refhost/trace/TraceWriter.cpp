@@ -1,5 +1,7 @@
 #include "refhost/trace/TraceWriter.h"
 
+#include "refhost/trace/SensorNames.h"
+
 namespace refhost {
 
 namespace {
@@ -130,6 +132,26 @@ void write(TextBuffer& out, const SetProperty& happening) {
     appendJson(out, happening.value);
 }
 
+void write(TextBuffer& out, const SensorEvent& happening) {
+    append(out, FMT_COMPILE(R"("platform":"sensorEvent","type":{},"handle":{},"timestamp":{})"), happening.type,
+           happening.handle, happening.timestamp);
+    writeArrayUnless(out, "values", happening.values, {});
+}
+
+void write(TextBuffer& out, const SensorService& happening) {
+    append(out, R"("platform":"sensorService")");
+    if (happening.fails) {
+        std::string_view separator = R"(,"fails":{)";
+        for (const auto& [call, fault] : *happening.fails) {
+            append(out, FMT_COMPILE(R"({}"{}":"{}")"), separator, nameOf(kServiceCalls, call),
+                   nameOf(kServiceFaults, fault));
+            separator = ",";
+        }
+        append(out, separator == "," ? "}" : R"(,"fails":{})");
+    }
+    if (happening.state) append(out, FMT_COMPILE(R"(,"state":"{}")"), nameOf(kServiceStates, *happening.state));
+}
+
 }  // namespace
 
 void writeTrace(TextBuffer& out, const TraceHeader& header) {
@@ -154,7 +176,7 @@ void writeTrace(TextBuffer& out, const TraceHeader& header) {
     });
     if (header.sensors) {
         append(out, R"(,"sensors":)");
-        appendJsonArray(out, *header.sensors, [&](const SensorDescription& sensor) {
+        appendJsonArray(out, *header.sensors, [&](const aftplatform::sensors::Sensor& sensor) {
             append(out, FMT_COMPILE(R"({{"type":{},"handle":{}}})"), sensor.type, sensor.handle);
         });
     }

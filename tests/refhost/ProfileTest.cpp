@@ -13,6 +13,7 @@ namespace {
 
 const std::string kTouch = "touch: {name: panel, id: 3, surface: {width: 1080, height: 2340}}\n";
 const std::string kOpen = "touch:\n  name: panel\n  ";  // a touch device that still lacks something
+const std::string kSensors = kTouch + "sensors: [{type: 1, handle: 7}, {type: fold_angle, handle: 8}]\ntimeline:\n";
 const std::string kScan = kTouch + "keys: {name: k, id: 5, scancodes: {";
 
 // An engineer whose profile has a fault would be sent to the wrong place, or replay on another phone than the one
@@ -33,6 +34,23 @@ TEST(Profile, NamesTheFault) {
         {kTouch + "timeline:\n  - {at: 2, rotate: 1}\n  - {at: 1.9, rotate: 0}\n", "4: timeline[1].at: earlier"},
         {kTouch + "timeline: [{at: 1}]\n", "2: timeline[0]: nothing happens"},
         {kTouch + "windows: [{name: w}]\ntimeline: [{at: 1, windows: [], focused: 0}]\n", "3: timeline[0].focused: no"},
+        {kTouch + "sensors:\n- {type: hall, handle: 7}\n",
+         "3: sensors[0].type: no sensor type; expected a number, slide"},
+        {kTouch + "sensors:\n- {type: 1, handle: 7}\n- {type: 2,\n   handle: 7}\n",
+         "5: sensors[1].handle: sensors[0] has"},
+        {kTouch + "timeline: [{at: 1, slide_cover: 1}]\n",
+         "2: timeline[0].slide_cover: no sensor of type 65557; expected"},
+        {kSensors + "- {at: 1, slide_cover: 3}\n", "4: timeline[0].slide_cover: expected 0 to 2"},
+        {kSensors + "- at: 1\n  sensor: {values: [1]}\n", "5: timeline[0].sensor: neither type nor handle"},
+        {kSensors + "- {at: 1, sensor: {type: 1, handle: 8}}\n",
+         "4: timeline[0].sensor: no sensor of type 1 and handle 8"},
+        {kSensors + "- {at: 1, fold_angle: {from: 0, samples: 0}}\n",
+         "4: timeline[0].fold_angle.samples: expected 1 to 10"},
+        {kSensors + "- {at: 1, fold_angle: {from: 0, samples: 9, every: 0}}\n",
+         "4: timeline[0].fold_angle.every: expect"},
+        {kSensors + "- {at: 1, sensor_service: {}}\n", "4: timeline[0].sensor_service: neither state nor fails"},
+        {kSensors + "- {at: 1, sensor_service: {fails: {linkToDeath: noQueue}}}\n",
+         "4: timeline[0].sensor_service.fails.linkToDeath: unknown \"noQueue\""},
     };
     for (const auto& [text, fault] : cases) {
         const std::string error = errorOf([&, profile = text] { parseProfile(profile, "phone.yaml", "."); });

@@ -45,11 +45,14 @@ TEST(Results, TextsOfAllKinds) {
     result.line = 7;
     result.requests.cancelled = {1, -2};
     result.requests.reports = {{651, "{time:\"1\"}"}, {-1, ""}};
+    result.requests.service = {{aftplatform::sensors::Call::CreateEventQueue, {}},
+                               {aftplatform::sensors::Call::EnableSensor, {-7, 0, 0}}};
     result.log = {{4, "Tag", "\"a\\b\"\n\x01"}, {99, "", "µ \xff"}};
     TextBuffer out;
     writeResult(out, result);
     EXPECT_EQ(fmt::to_string(out),
               R"({"line":7,"cancelled":[1,-2],"reports":[{"event":651,"text":"{time:\"1\"}"},{"event":-1,"text":""}],)"
+              R"("service":[{"call":"createEventQueue","arguments":[]},{"call":"enableSensor","arguments":[-7,0,0]}],)"
               R"("log":[{"priority":"INFO","tag":"Tag","text":"\"a\\b\"\n\u0001"},)"
               "{\"priority\":\"UNKNOWN\",\"tag\":\"\",\"text\":\"µ \xEF\xBF\xBD\"}]}\n");
 }

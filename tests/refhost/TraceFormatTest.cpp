@@ -17,6 +17,8 @@ const std::string kKey = R"({"call":"processKey","device":5,"keyCode":1,"down":t
 const std::string kWindow = R"({"call":"processInputWindow","windows":[{"name":"w")";
 const std::string kSurface =
     R"({"call":"configureSurface","device":3,"height":2,"orientation":0,"rawX":[0,1],"rawY":[0,1])";
+const std::string kSample = R"({"platform":"sensorEvent","type":3,"handle":9)";
+const std::string kService = R"({"platform":"sensorService")";
 const std::string kProperty = R"({"platform":"setProperty","key":"k","value":)";
 
 std::string textOf(size_t bytes) { return "\"" + std::string(bytes, 'v') + "\"}"; }
@@ -38,6 +40,7 @@ TEST(TraceReader, WhatIsAbsentIsAsUsual) {
                                     R"("focused":null,"keyguard":false})"},
         {kSurface + R"(,"width":1})",
          kSurface + R"(,"width":1,"calibration":[1,0,0,0,1.0,0],"scale":[1e0,1],"translate":[0,0]})"},
+        {kSample + R"(,"timestamp":5})", kSample + R"(,"timestamp":5,"values":[]})"},
     };
     for (const auto& [brief, full] : lines) EXPECT_EQ(rewritten(kDevices + brief), rewritten(kDevices + full)) << brief;
     EXPECT_EQ(rewritten(kHead + "}"), rewritten(kHead + R"(,"properties":{},"devices":[],"note":""})"));
@@ -77,12 +80,26 @@ TEST(TraceReader, NamesTheFault) {
         {kSurface + R"(,"width":1,"scale":[1,true]})", "scale[1]: not a number"},
         {kProperty + textOf(92), "value: 92 bytes long; expected at most 91"},
         {R"({"platform":"setProperty","key":"","value":"v"})", "key: empty"},
+        {R"({"platform":"sensor"})",
+         R"(platform: unknown "sensor"; expected one of sensorEvent, sensorService, setPro)"},
+        {kSample + "}", "timestamp: missing"},
+        {kSample + R"(,"timestamp":1,"values":[0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0]})", "values: 17 values; expected at"},
+        {kSample + R"(,"timestamp":1,"values":[0,"1"]})", "values[1]: not a number"},
+        {kService + "}", R"(line: neither "state" nor "fails")"},
+        {kService + R"(,"state":"dead"})",
+         R"(state: unknown "dead"; expected one of dies, registers, absent, present)"},
+        {kService + R"(,"state":"dies","fails":{"enable":"result"}})",
+         "fails.enable: unknown key; expected one of getSe"},
+        {kService + R"(,"fails":{"enableSensor":"noQueue"}})",
+         R"(fails.enableSensor: unknown "noQueue"; expected one of transport, result)"},
         // Of the header itself.
         {"", "1: trace: the file is empty"},
         {"\n", "1: trace: no JSON object, so no trace; expected its header (a recording needs --profile)"},
         {R"({"call":"notifyInputStart"})", "1: trace: no header"},
         {R"({"trace":"zqaft","version":2})", "1: version: unknown; expected 1"},
         {kHead + R"(,"devices":[{"id":1,"name":"a"},{"id":1,"name":"b"}]})", "1: devices[1].id: another device"},
+        {kHead + R"(,"sensors":[{"type":3,"handle":7},{"type":3,"handle":8},{"type":9,"handle":7}]})",
+         "1: sensors[2].handle: sensors[0] has it"},
         {kHead + R"(,"properties":{"k":"1","k":"1"}})", "1: properties.k: given twice"},
         {kHead + R"(,"properties":{"":"v"}})", "1: properties: a property without a name"},
         {kHead + R"(,"properties":{"k":)" + textOf(92) + "}", "1: properties.k: 92 bytes"},
@@ -131,6 +148,10 @@ TEST(TraceWriter, WhatIsWrittenReadsAsTheSame) {
             R"({"t":9223372036854775807,"call":"notifyInputStart"})",
             R"({"call":"notifyScreenState"})",
             R"({"platform":"setProperty","key":"ro.k\"","value":"a\tb"})",
+            R"({"t":9223372036854775807,"platform":"sensorEvent","type":-1,"handle":-7,"timestamp":-9,"values":[1,0,-88.25,0.1,1e+20,0,0,0,0,0,0,0,0,0,0,0]})",
+            R"({"platform":"sensorService","fails":{},"state":"registers"})",
+            R"({"platform":"sensorService","fails":{"getService":"transport","linkToDeath":"result","createEventQueue":"noQueue","getDefaultSensor":"transport","enableSensor":"result","disableSensor":"transport"}})",
+            R"({"platform":"sensorService","state":"dies"})",
         }) {
         trace += std::string(line) + "\n";
     }
