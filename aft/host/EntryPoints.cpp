@@ -1,5 +1,9 @@
+#include "aft/foldable/ZqFoldableDeviceAftProcessor.h"
 #include "aft/frontfp/ZqFrontFPAftProcessor.h"
 #include "aft/host/PluginApi.h"
+#include "aft/notch/ZqNotchAftProcessor.h"
+#include "aft/slidecover/ZqAftSCStateInterface.h"
+#include "aft/slidecover/ZqSCAftProcessor.h"
 
 // Which filter hears of what, and in which order: this file shows that and nothing else. Each filter works on the frame
 // as the earlier ones left it, whatever they answered; a frame that one of them emptied is a lift-off to the next.
@@ -27,6 +31,11 @@ void processRawTouches(InputMapper* mapper, int64_t when, RawPointerData& data, 
     if (ZqFrontFPAftProcessor::enabledAbt()) {
         ZqFrontFPAftProcessor::getInstance()->processRawTouchesForAbt(mapper, when, data, idBits);
     }
+    if (ZqSCAftProcessor::enabled()) ZqSCAftProcessor::getInstance()->processRawTouches(mapper, when, data, idBits);
+    ZqNotchAftProcessor::getInstance().processRawTouches(mapper, data, idBits);
+    if (ZqFoldableDeviceAftProcessor::enabled()) {
+        ZqFoldableDeviceAftProcessor::getInstance().processRawTouches(mapper, when, data, idBits);
+    }
 }
 
 void processInputWindow(const std::vector<sp<InputWindowHandle>>& windows, const sp<InputWindowHandle>& focusedWindow,
@@ -35,18 +44,27 @@ void processInputWindow(const std::vector<sp<InputWindowHandle>>& windows, const
     if (ZqFrontFPAftProcessor::enabledAbt()) {
         ZqFrontFPAftProcessor::getInstance()->processInputWindowForAbt(focusedWindow, keyguardShowing);
     }
+    ZqNotchAftProcessor::getInstance().processInputWindow(windows);
 }
 
-void configureSurface(InputMapper* /*mapper*/, int32_t width, int32_t height, int32_t orientation,
-                      TouchAffineTransformation& /*calibration*/, RawPointerAxes& /*axes*/, float /*xScale*/,
-                      float /*yScale*/, float /*xTranslate*/, float /*yTranslate*/) noexcept {
+void configureSurface(InputMapper* mapper, int32_t width, int32_t height, int32_t orientation,
+                      TouchAffineTransformation& calibration, RawPointerAxes& axes, float xScale, float yScale,
+                      float xTranslate, float yTranslate) noexcept {
     if (ZqFrontFPAftProcessor::enabled()) {
         ZqFrontFPAftProcessor::getInstance()->configureSurface(width, height, orientation);
     }
+    ZqNotchAftProcessor::getInstance().configureSurface(mapper, orientation, calibration, axes, xScale, yScale,
+                                                        xTranslate, yTranslate);
 }
 
-void notifyInputStart() noexcept {}
+void notifyInputStart() noexcept {
+    if (ZqAftSCStateInterface::isSupport()) ZqAftSCStateInterface::getInstance()->enableSCSensor();
+    if (ZqFoldableDeviceAftProcessor::enabled()) ZqFoldableDeviceAftProcessor::getInstance().start();
+}
 
-void notifyInputExit() noexcept {}
+void notifyInputExit() noexcept {
+    if (ZqAftSCStateInterface::isSupport()) ZqAftSCStateInterface::getInstance()->disableSCSensor();
+    if (ZqFoldableDeviceAftProcessor::enabled()) ZqFoldableDeviceAftProcessor::getInstance().stop();
+}
 
 void notifyScreenState() noexcept {}

@@ -3,23 +3,29 @@
 #include <algorithm>
 
 #include "platform/control/LogSink.h"
+#include "refhost/trace/SensorNames.h"
 
 namespace test {
 
 namespace {
 
-refhost::TraceHeader headerOf(const Phone::Properties& properties) {
+refhost::TraceHeader headerOf(const Phone::Properties& properties, const Phone::Devices& more) {
     refhost::TraceHeader header;
     header.properties = properties;
     header.devices = {{.id = Phone::kPanel, .name = "touchpanel"},
                       {.id = Phone::kSensor, .name = "fingerprint", .sources = 257},
                       {.id = 6, .name = "fingerprint2", .sources = 257}};
+    header.devices.insert(header.devices.end(), more.begin(), more.end());
+    header.sensors = {{.type = 65557, .handle = Phone::kCover}, {.type = 3, .handle = Phone::kFoldAngle}};
     return header;
 }
 
 }  // namespace
 
-Phone::Phone(const Properties& properties) : mPlayer(headerOf(properties), ZQAFT_PLUGIN_UNDER_TEST) { rotate(0); }
+Phone::Phone(const Properties& properties, const Devices& more)
+    : mPlayer(headerOf(properties, more), ZQAFT_PLUGIN_UNDER_TEST) {
+    rotate(0);
+}
 
 const refhost::CallResult& Phone::play(refhost::TraceEvent event) {
     mResult = &mPlayer.play({0, mNow, std::move(event)});
@@ -28,7 +34,7 @@ const refhost::CallResult& Phone::play(refhost::TraceEvent event) {
 
 Fingers Phone::touch(const Fingers& fingers) {
     refhost::ProcessRawTouches call;
-    call.device = mTouchMapper;
+    if (mHasMapper) call.device = mPanel;
     call.when = mNow;
     for (const Finger& finger : fingers) {
         auto& pointer = call.frame.pointers[call.frame.pointerCount];
@@ -48,9 +54,9 @@ Fingers Phone::touch(const Fingers& fingers) {
 }
 
 Fingers Phone::touchWithoutMapper(const Finger& one) {
-    mTouchMapper.reset();
+    mHasMapper = false;
     const Fingers fingers = touch(one);
-    mTouchMapper = kPanel;
+    mHasMapper = true;
     return fingers;
 }
 
@@ -84,10 +90,12 @@ bool Phone::key(int32_t keyCode, bool down, int32_t device) {
 
 void Phone::surface(int32_t width, int32_t height, int32_t orientation) {
     refhost::ConfigureSurface call;
-    call.device = kPanel;
+    call.device = mPanel;
     call.width = width;
     call.height = height;
     call.orientation = orientation;
+    call.rawX = {0, width - 1};
+    call.rawY = {0, height - 1};
     play(call);
 }
 
@@ -99,17 +107,38 @@ void Phone::show(const std::vector<refhost::WindowDescription>& windows, bool ke
     play(call);
 }
 
+void Phone::sense(int32_t type, int32_t handle, const std::vector<float>& values) {
+    play(refhost::SensorEvent{.type = type, .handle = handle, .timestamp = mNow, .values = values});
+}
+
+std::vector<std::string> Phone::calls() const {
+    std::vector<std::string> reached;
+    for (const auto& [call, arguments] : mResult->requests.service) {
+        reached.emplace_back(refhost::nameOf(refhost::kServiceCalls, call));
+        for (int64_t argument : arguments) reached.back() += " " + std::to_string(argument);
+    }
+    return reached;
+}
+
 std::vector<std::string> Phone::said() const {
     std::vector<std::string> texts;
-    for (const refhost::LogEntry& entry : mResult->log) texts.push_back(entry.text);
+    for (const std::string& line : log()) texts.push_back(line.substr(line.find(' ') + 1));
     return texts;
 }
 
-std::vector<std::string> Phone::log() const {
+std::vector<std::string> Phone::log(const std::string& tag) const {
     std::vector<std::string> lines;
     for (const refhost::LogEntry& entry : mResult->log) {
-        EXPECT_EQ(entry.tag, "ZqFrontFPAftProcessor");
+        if (entry.tag != tag) continue;
         lines.push_back(std::string(aftplatform::priorityName(entry.priority)) + " " + entry.text);
+    }
+    return lines;
+}
+
+std::vector<std::string> Phone::wholeLog() const {
+    std::vector<std::string> lines;
+    for (const refhost::LogEntry& entry : mResult->log) {
+        lines.push_back(std::string(aftplatform::priorityName(entry.priority)) + " " + entry.tag + ": " + entry.text);
     }
     return lines;
 }

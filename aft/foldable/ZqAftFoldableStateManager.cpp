@@ -1,0 +1,118 @@
+#include "aft/foldable/ZqAftFoldableStateManager.h"
+
+#define AFT_LOG_TAG "ZqFoldableDeviceAftProcessor"
+
+#include "aft/host/Log.h"
+
+namespace android {
+
+using hardware::hidl_string;
+using hardware::Return;
+using hardware::Void;
+using hidl::base::V1_0::IBase;
+
+namespace {
+
+/// Which value of an event is the angle.
+constexpr size_t kAngle = 2;
+
+/// Samples that a window holds. More would see a fold later, fewer would take a shake of the hand for one.
+constexpr size_t kWindow = 30;
+
+/// Averages that lie further apart show a device that is being folded.
+constexpr float kSteadySpread = 10.0F;
+
+/// Where the search for the lowest and the highest average begins: no hinge has such an angle.
+constexpr float kAboveAll = 1000.0F;
+constexpr float kBelowAll = -1000.0F;
+
+}  // namespace
+
+ZqAftFoldableStateManager::ZqAftFoldableStateManager() : SensorSubscription(SensorUser::FoldAngle) {}
+
+ZqAftFoldableStateManager::~ZqAftFoldableStateManager() { deInit(); }
+
+bool ZqAftFoldableStateManager::enabled() {
+    Mutex::Autolock lock(mOperationLock);
+    return SensorSubscription::enabled();
+}
+
+int ZqAftFoldableStateManager::getFoldState() {
+    RWLock::AutoRLock lock(mStateLock);
+    return mFoldState;
+}
+
+void ZqAftFoldableStateManager::handleSensorEvent(const Event& event) {
+    Mutex::Autolock lock(mWindowsLock);
+    const int state = stablizeAngle(event.u.data[kAngle]);
+    if (state == getFoldState()) return;
+    RWLock::AutoWLock writing(mStateLock);
+    mFoldState = state;
+}
+
+int ZqAftFoldableStateManager::stablizeAngle(const float& angle) {
+    const auto place = static_cast<size_t>(mAngleIndex);
+    mAngleIndex = static_cast<int8_t>((place + 1) % kWindow);
+    if (mAngles.size() < kWindow) {
+        mAngles.add(angle);
+        mAverages.add(angle);
+        mAngleSum += angle;
+        return kSteady;
+    }
+    mAngleSum -= mAngles[place];
+    mAngles.editItemAt(place) = angle;
+    mAngleSum += angle;
+    mAverages.editItemAt(place) = mAngleSum / static_cast<float>(kWindow);
+    return averagesSpread() ? kChanging : kSteady;
+}
+
+bool ZqAftFoldableStateManager::averagesSpread() const {
+    float lowest = kAboveAll;
+    float highest = kBelowAll;
+    for (const float average : mAverages) {
+        if (average < lowest) lowest = average;
+        if (average > highest) highest = average;
+    }
+    return highest - lowest > kSteadySpread;
+}
+
+/// The ring's next place stays: only a new connection begins at its start.
+void ZqAftFoldableStateManager::emptyWindows() {
+    Mutex::Autolock lock(mWindowsLock);
+    mAngles.clear();
+    mAverages.clear();
+    mAngleSum = 0;
+}
+
+void ZqAftFoldableStateManager::connected() {
+    Mutex::Autolock lock(mWindowsLock);
+    mAngles.setCapacity(kWindow);
+    mAverages.setCapacity(kWindow);
+    mAngleSum = 0;
+    mAngleIndex = 0;
+}
+
+sp<hidl_death_recipient> ZqAftFoldableStateManager::newDeathRecipient() { return new SensorDeathRecipient(); }
+
+sp<IEventQueueCallback> ZqAftFoldableStateManager::newEventCallback() {
+    return new ZqAftFoldableSensorEventCallback(this);
+}
+
+Return<void> ZqAftFoldableSensorEventCallback::onEvent(const Event& event) {
+    if (const sp<ZqAftFoldableStateManager> manager = mManager.promote(); manager != nullptr) {
+        manager->handleSensorEvent(event);
+    }
+    return Void();
+}
+
+void ZqAftFoldableStateManager::SensorDeathRecipient::serviceDied(uint64_t /*cookie*/, const wp<IBase>& /*who*/) {
+    LOGI("ZqAftFoldableStateManager serviceDied!");
+}
+
+Return<void> ZqAftFoldableStateManager::SensorDeathRecipient::onRegistration(const hidl_string& /*fqName*/,
+                                                                             const hidl_string& /*name*/,
+                                                                             bool /*preexisting*/) {
+    return Void();
+}
+
+}  // namespace android

@@ -1,0 +1,57 @@
+#include "aft/foldable/ZqFoldableDeviceAftProcessor.h"
+
+#include "aft/host/PluginApi.h"
+
+#define AFT_LOG_TAG "ZqFoldableDeviceAftProcessor"
+
+#include "aft/host/Log.h"
+
+#ifndef ZQAFT_FOLDABLE
+#define ZQAFT_FOLDABLE 0
+#endif
+
+ANDROID_SINGLETON_STATIC_INSTANCE(android::ZqFoldableDeviceAftProcessor)
+
+namespace android {
+
+ZqFoldableDeviceAftProcessor::ZqFoldableDeviceAftProcessor() : mFoldableStateManager(new ZqAftFoldableStateManager()) {}
+
+bool ZqFoldableDeviceAftProcessor::enabled() { return ZQAFT_FOLDABLE != 0; }
+
+void ZqFoldableDeviceAftProcessor::start() {
+    LOGI("ZqFoldableDeviceAftProcessor::start");
+    mFoldableStateManager->enableSensor();
+}
+
+void ZqFoldableDeviceAftProcessor::stop() {
+    LOGI("ZqFoldableDeviceAftProcessor::stop");
+    mFoldableStateManager->disableSensor();
+    mCancelled = false;
+}
+
+void ZqFoldableDeviceAftProcessor::processRawTouches(InputMapper* mapper, long long when, RawPointerData& data,
+                                                     BitSet32& idBits) {
+    if (touchingEnd(data, when)) return;
+    if (!mFoldableStateManager->enabled()) {
+        LOGW("mFoldableStateManager not enabled.");
+        return;
+    }
+    const bool folds = mFoldableStateManager->getFoldState() == ZqAftFoldableStateManager::kChanging;
+    bool cancelled = mCancelled;
+    if (folds && !cancelled) {
+        LOGW("cancel touch during folding the device.");
+        if (mapper != nullptr) mapper->cancelTouch(when);
+        mCancelled = cancelled = true;
+    }
+    if (!cancelled) return;
+    LOGW("cancel touch during folding the device.");
+    filterAndCompactPointers(&data, &idBits, &idBits);
+}
+
+bool ZqFoldableDeviceAftProcessor::touchingEnd(const RawPointerData& data, long long /*when*/) {
+    if (!data.touchingIdBits.isEmpty()) return false;
+    mCancelled = false;
+    return true;
+}
+
+}  // namespace android

@@ -1,0 +1,160 @@
+#include "aft/notch/ZqNotchAftProcessor.h"
+
+#include <bounded_c.h>
+#include <cutils/properties.h>
+
+#include <string_view>
+
+#include "aft/host/FloatToInt.h"
+#include "aft/host/PluginApi.h"
+
+#define AFT_LOG_TAG "ZqNotchAftProcessor"
+
+#include "aft/host/Log.h"
+
+ANDROID_SINGLETON_STATIC_INSTANCE(android::ZqNotchAftProcessor)
+
+namespace android {
+
+namespace {
+
+constexpr char kNotchProperty[] = "ro.config.zq_notch_size";
+constexpr char kFoldDisplayProperty[] = "ro.config.zq_fold_disp";
+
+/// What the name of a folding phone's notched panel holds.
+constexpr std::string_view kNotchedPanel = "zorvia,ts_kit";
+
+}  // namespace
+
+ZqNotchAftProcessor::ZqNotchAftProcessor() {
+    char value[PROPERTY_VALUE_MAX];
+    int unused = 0;
+    property_get(kNotchProperty, value, "");
+    int height = 0;
+    if (sscanf_s(value, "%d,%d,%d,%d", &unused, &height, &unused, &unused) == 4) {
+        mNotchHeight = height;
+        mHasNotch = true;
+        LOGI("notch height:%d", height);
+    } else {
+        LOGI("Device has no valid notch prop:%s", value);
+    }
+
+    property_get(kFoldDisplayProperty, value, "");
+    int foldWidth = 0;
+    if (sscanf_s(value, "%d,%d,%d,%d,%d,%d", &unused, &foldWidth, &unused, &unused, &unused, &unused) == 6) {
+        LOGI("fold part width:%d", foldWidth);
+        mCheckPanelName = foldWidth == 0;
+    } else {
+        LOGI("Device is not a fold device:%s", value);
+    }
+}
+
+bool ZqNotchAftProcessor::isInputDeviceHasNotch(InputMapper* mapper) const {
+    if (!mHasNotch || mapper == nullptr) return false;
+    return !mCheckPanelName || mapper->getDeviceName().find(kNotchedPanel) != std::string::npos;
+}
+
+void ZqNotchAftProcessor::processRawTouches(InputMapper* mapper, RawPointerData& data, BitSet32& idBits) {
+    if (!isInputDeviceHasNotch(mapper) || !isLandscape(mapper->getDeviceId())) return;
+    if (touchingEndAndUpdate(data)) return;
+    BitSet32 removed{};
+    for (uint32_t id : idBits) {
+        const RawPointerData::Pointer* p = data.find(id);
+        if (p == nullptr) continue;
+        if (!inBand(*p) || pointInNoFilterAreas(mapper->getDeviceId(), *p)) {
+            mUnfilteredIds.markBit(id);
+        } else if (!mUnfilteredIds.hasBit(id)) {
+            removed.markBit(id);
+        }
+    }
+    if (!removed.isEmpty()) filterAndCompactPointers(&data, &idBits, &removed);
+}
+
+bool ZqNotchAftProcessor::touchingEndAndUpdate(const RawPointerData& data) {
+    mTouching = !data.touchingIdBits.isEmpty();
+    if (!mTouching) mUnfilteredIds.clear();
+    return !mTouching;
+}
+
+bool ZqNotchAftProcessor::inBand(const RawPointerData::Pointer& pointer) const {
+    return 0 <= pointer.y && pointer.y <= mNotchHeight;
+}
+
+void ZqNotchAftProcessor::processInputWindow(const std::vector<sp<InputWindowHandle>>& windows) {
+    if (!mHasNotch) return;
+    Vector<AftArea> areas;
+    for (const sp<InputWindowHandle>& window : windows) {
+        if (window == nullptr || !window->visible) continue;
+        if ((window->aftFlags & InputWindowHandle::kNotchArea) == 0) continue;
+        areas.add({window->frameLeft, window->frameTop, window->frameRight, window->frameBottom});
+    }
+    Mutex::Autolock lock(mLock);
+    mNoFilterAreas = areas;
+}
+
+bool ZqNotchAftProcessor::pointInNoFilterAreas(int deviceId, const RawPointerData::Pointer& pointer) {
+    Mutex::Autolock lock(mLock);
+    const auto config = mSurfaceConfigs.find(deviceId);
+    if (config == mSurfaceConfigs.end()) return true;
+    const std::optional<DisplayPoint> shown = toDisplay(pointer, config->second);
+    if (!shown) return true;
+    for (const AftArea& area : mNoFilterAreas) {
+        if (area.contains(shown->x, shown->y)) return true;
+    }
+    return false;
+}
+
+void ZqNotchAftProcessor::configureSurface(InputMapper* mapper, int orientation, TouchAffineTransformation& calibration,
+                                           RawPointerAxes& axes, float xScale, float yScale, float xTranslate,
+                                           float yTranslate) {
+    if (!isInputDeviceHasNotch(mapper) || mapper->getDeviceId() < 0 || mapper->isDeviceExternal()) return;
+    const SurfaceConfig config{.landscape = orientation == 1 || orientation == 3,
+                               .orientation = orientation,
+                               .calibration = calibration,
+                               .rawXMin = axes.x.minValue,
+                               .rawXMax = axes.x.maxValue,
+                               .rawYMin = axes.y.minValue,
+                               .rawYMax = axes.y.maxValue,
+                               .xScale = xScale,
+                               .yScale = yScale,
+                               .xTranslate = xTranslate,
+                               .yTranslate = yTranslate};
+    Mutex::Autolock lock(mLock);
+    mSurfaceConfigs.insert_or_assign(mapper->getDeviceId(), config);
+}
+
+bool ZqNotchAftProcessor::isLandscape(int deviceId) {
+    Mutex::Autolock lock(mLock);
+    const auto config = mSurfaceConfigs.find(deviceId);
+    return config != mSurfaceConfigs.end() && config->second.landscape;
+}
+
+void ZqNotchAftProcessor::applyTo(float& x, float& y, SurfaceConfig& config) const {
+    const auto& c = config.calibration.c;
+    const float rawX = x;
+    const float rawY = y;
+    x = c[0] * rawX + c[1] * rawY + c[2];
+    y = c[3] * rawX + c[4] * rawY + c[5];
+}
+
+/// Nothing where the device is not held in landscape.
+std::optional<ZqNotchAftProcessor::DisplayPoint> ZqNotchAftProcessor::toDisplay(const RawPointerData::Pointer& pointer,
+                                                                                SurfaceConfig& config) const {
+    auto x = static_cast<float>(pointer.x);
+    auto y = static_cast<float>(pointer.y);
+    applyTo(x, y, config);
+    float across = 0;
+    float down = 0;
+    if (config.orientation == 1) {
+        across = config.yTranslate + config.yScale * (y - static_cast<float>(config.rawYMin));
+        down = config.xTranslate + config.xScale * (static_cast<float>(config.rawXMax) - x);
+    } else if (config.orientation == 3) {
+        across = config.yTranslate + config.yScale * (static_cast<float>(config.rawYMax) - y);
+        down = config.xTranslate + config.xScale * (x - static_cast<float>(config.rawXMin));
+    } else {
+        return std::nullopt;
+    }
+    return DisplayPoint{toNearestInt32(across), toNearestInt32(down)};
+}
+
+}  // namespace android

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <android/frameworks/sensorservice/1.0/ISensorManager.h>
+#include <hidl/HidlSupport.h>
+#include <utils/Mutex.h>
+
+#include <atomic>
+#include <cstdint>
+
+#include "aft/sensor/SensorDifferences.h"
+
+namespace android {
+
+using frameworks::sensorservice::V1_0::IEventQueue;
+using frameworks::sensorservice::V1_0::IEventQueueCallback;
+using frameworks::sensorservice::V1_0::ISensorManager;
+using frameworks::sensorservice::V1_0::Result;
+using hardware::hidl_death_recipient;
+using hardware::sensors::V1_0::Event;
+using hardware::sensors::V1_0::SensorInfo;
+using hardware::sensors::V1_0::SensorType;
+
+/// A live subscription to one sensor of the platform's sensor service: looked up, linked to its death, given a queue
+/// with a callback, enabled and disabled. A state manager derives from it and says what to do with events and deaths.
+/// SensorDifferences.h has all in which the two managers differ.
+///
+/// Nothing is tried again by itself. Each failure is logged and ends the operation; where it stopped decides where the
+/// next one goes on: a failed look-up is repeated, a failed death link is not.
+///
+/// Threads: any may call any operation. One operation runs at a time, its calls into the service included: the lock for
+/// that is mOperationLock. What handles events must never take it, or a service that delivers an event before it
+/// answers a call would wait for itself. The two flags are read without it.
+class SensorSubscription {
+  public:
+    bool initCheck() const { return mInitCheck; }
+    bool enabled() const { return mSensorEnabled; }
+
+  protected:
+    explicit SensorSubscription(SensorUser user) : mUser(user) {}
+    ~SensorSubscription() = default;
+    SensorSubscription(const SensorSubscription&) = delete;
+    SensorSubscription& operator=(const SensorSubscription&) = delete;
+
+    /// Looks the service up, links to its death and has it make a queue, as far as that has not been done.
+    /// @return whether there is a connection
+    bool connect();
+    bool connectLocked();  ///< the same, with mOperationLock held
+    void enable();
+    void disable();
+    /// Forgets the connection, without a call to the service: the sensor stays enabled, and the death linked.
+    void letGo();
+
+    // What each manager has of its own. All are called with mOperationLock held, letGo's by the last owner's thread.
+    virtual sp<hidl_death_recipient> newDeathRecipient() = 0;
+    virtual sp<IEventQueueCallback> newEventCallback() = 0;
+    virtual void connected() {}
+    virtual void disabled() {}
+    virtual void haveLetGo() {}
+
+    Mutex mOperationLock;
+
+  private:
+    bool findService();
+    bool makeQueue();
+    bool findSensor(SensorInfo& sensor);
+    bool enableOnQueue(int32_t handle);
+
+    const SensorUser mUser;
+    sp<hidl_death_recipient> mDeathRecipient;      ///< made with the first connection
+    sp<IEventQueue> mSensorEventQueue;             ///< null, although connected, where the service delivered none
+    sp<ISensorManager> mSensorManager;             ///< null until looked up, and once let go
+    sp<IEventQueueCallback> mSensorEventCallback;  ///< made with the first connection
+    std::atomic<bool> mSensorEnabled = false;      ///< on the queue
+    int32_t mSensorHandle = 0;                     ///< of the enabled sensor
+    std::atomic<bool> mInitCheck = false;          ///< found, linked, and a queue made
+};
+
+}  // namespace android

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstdint>
+
+namespace android {
+
+/// Where the slide cover is, and since when. Copied whole.
+struct SCFitlterState {
+    int64_t stateTime = 0;  ///< ns, monotonic clock: when `state` last changed; 0 before any change
+    int32_t state = -1;     ///< 0, 1 or 2, as the sensor reports it; -1: unknown
+};
+
+}  // namespace android
