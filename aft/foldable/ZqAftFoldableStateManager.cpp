@@ -22,7 +22,8 @@ constexpr size_t kWindow = 30;
 /// Averages that lie further apart show a device that is being folded.
 constexpr float kSteadySpread = 10.0F;
 
-/// Where the search for the lowest and the highest average begins: no hinge has such an angle.
+/// Where the search for the lowest and the highest average begins. Averages that all lie beyond one of these are
+/// measured against it.
 constexpr float kAboveAll = 1000.0F;
 constexpr float kBelowAll = -1000.0F;
 
@@ -51,7 +52,7 @@ void ZqAftFoldableStateManager::handleSensorEvent(const Event& event) {
 }
 
 int ZqAftFoldableStateManager::stablizeAngle(const float& angle) {
-    const auto place = static_cast<size_t>(mAngleIndex);
+    const auto place = static_cast<uint8_t>(mAngleIndex);
     mAngleIndex = static_cast<int8_t>((place + 1) % kWindow);
     if (mAngles.size() < kWindow) {
         mAngles.add(angle);

@@ -29,9 +29,6 @@ class ZqAftFoldableStateManager : public RefBase, private SensorSubscription {
     ZqAftFoldableStateManager();
     ~ZqAftFoldableStateManager() override;
 
-    /// Connects to the sensor service, as far as that has not been done. @return whether there is a connection
-    /// Enabling does this with mOperationLock held; so must whoever calls it while others know of this manager.
-    bool initLocked() { return connectLocked(); }
     void deInit() { letGo(); }
     void enableSensor() { enable(); }
     void disableSensor() { disable(); }

@@ -20,19 +20,19 @@ bool ZqFoldableDeviceAftProcessor::enabled() { return ZQAFT_FOLDABLE != 0; }
 
 void ZqFoldableDeviceAftProcessor::start() {
     LOGI("ZqFoldableDeviceAftProcessor::start");
-    mFoldableStateManager->enableSensor();
+    if (mFoldableStateManager != nullptr) mFoldableStateManager->enableSensor();
 }
 
 void ZqFoldableDeviceAftProcessor::stop() {
     LOGI("ZqFoldableDeviceAftProcessor::stop");
-    mFoldableStateManager->disableSensor();
+    if (mFoldableStateManager != nullptr) mFoldableStateManager->disableSensor();
     mCancelled = false;
 }
 
 void ZqFoldableDeviceAftProcessor::processRawTouches(InputMapper* mapper, long long when, RawPointerData& data,
                                                      BitSet32& idBits) {
     if (touchingEnd(data, when)) return;
-    if (!mFoldableStateManager->enabled()) {
+    if (mFoldableStateManager == nullptr || !mFoldableStateManager->enabled()) {
         LOGW("mFoldableStateManager not enabled.");
         return;
     }
@@ -41,7 +41,8 @@ void ZqFoldableDeviceAftProcessor::processRawTouches(InputMapper* mapper, long l
     if (folds && !cancelled) {
         LOGW("cancel touch during folding the device.");
         if (mapper != nullptr) mapper->cancelTouch(when);
-        mCancelled = cancelled = true;
+        cancelled = true;
+        mCancelled = true;
     }
     if (!cancelled) return;
     LOGW("cancel touch during folding the device.");

@@ -27,7 +27,8 @@ class ZqFoldableDeviceAftProcessor : public Singleton<ZqFoldableDeviceAftProcess
     static bool enabled();
 
     void start();
-    /// Also forgets that the gesture has been cancelled.
+    /// Also forgets that the gesture has been cancelled; a cancel by a frame that runs at the same time may outlive
+    /// that.
     void stop();
     /// Filters one frame in place. `when` in ns. `mapper` may be null: no gesture is cancelled then.
     void processRawTouches(InputMapper* mapper, long long when, RawPointerData& data, BitSet32& idBits);

@@ -16,8 +16,8 @@ constexpr std::optional<int32_t> toInt32(float value) {
     return static_cast<int32_t>(value);
 }
 
-/// The integer, or the nearest int32 there is; 0 for what is not a number.
-constexpr int32_t toNearestInt32(float value) {
+/// The integer, or the end of int32 beyond which the value lies; 0 for what is not a number.
+constexpr int32_t toSaturatedInt32(float value) {
     if (const std::optional<int32_t> fits = toInt32(value)) return *fits;
     if (value > 0) return std::numeric_limits<int32_t>::max();
     return value < 0 ? std::numeric_limits<int32_t>::min() : 0;

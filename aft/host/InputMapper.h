@@ -37,8 +37,9 @@ struct InputDevice {
     uint8_t isExternal = 0;  ///< nonzero: not built into the phone
 };
 
-/// The host's mapper of one input device, as far as the plug-in calls on it. The host owns it and outlives every call
-/// and every key that is held back for it.
+/// The host's mapper of one input device, as far as the plug-in calls on it. It belongs to the host and outlives every
+/// call, every key that is held back for it, and the touch sequence in which its gesture was cancelled. Its device is
+/// never null.
 class InputMapper {
   public:
     InputMapper(InputDevice* device, InputReaderContext* context) : mDevice(device), mContext(context) {}

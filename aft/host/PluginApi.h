@@ -14,8 +14,8 @@
 #include "aft/host/SurfaceGeometry.h"
 
 /// All that `libzqaftprocessor.so` exports: fifteen functions with C linkage and one data object. `when` is the event
-/// time in ns. No exception leaves any of them:
-/// where the heap is exhausted and no step says what happens then, the process ends.
+/// time in ns. No exception leaves any of them: where the heap is exhausted, and nothing else is said, the process
+/// ends.
 
 namespace android {
 
@@ -48,12 +48,13 @@ AFT_EXPORT void processInputWindow(const std::vector<android::sp<android::InputW
                                    const android::sp<android::InputWindowHandle>& focusedWindow,
                                    bool keyguardShowing) noexcept;
 
-/// The touch surface, whenever the host configures it. Width and height in raw panel units; `orientation` 0..3 quarter
-/// turns; the four floats take raw units to display units.
+/// The touch surface, whenever the host configures it. `mapper` may be null: the notch filter ignores it then. Width
+/// and height in raw panel units; `orientation` 0..3 quarter turns; the four floats take raw units to display units.
 AFT_EXPORT void configureSurface(android::InputMapper* mapper, int32_t width, int32_t height, int32_t orientation,
                                  android::TouchAffineTransformation& calibration, android::RawPointerAxes& axes,
                                  float xScale, float yScale, float xTranslate, float yTranslate) noexcept;
 
+/// The host's input starts or ends: the sensors are enabled or disabled. Waits for the sensor service.
 AFT_EXPORT void notifyInputStart() noexcept;
 AFT_EXPORT void notifyInputExit() noexcept;
 /// Does nothing, whatever arguments the host passes.

@@ -55,13 +55,15 @@ bool ZqNotchAftProcessor::isInputDeviceHasNotch(InputMapper* mapper) const {
 }
 
 void ZqNotchAftProcessor::processRawTouches(InputMapper* mapper, RawPointerData& data, BitSet32& idBits) {
-    if (!isInputDeviceHasNotch(mapper) || !isLandscape(mapper->getDeviceId())) return;
+    if (!isInputDeviceHasNotch(mapper)) return;
+    const std::optional<SurfaceConfig> surface = surfaceOf(mapper->getDeviceId());
+    if (!surface || !surface->landscape) return;
     if (touchingEndAndUpdate(data)) return;
     BitSet32 removed{};
     for (uint32_t id : idBits) {
         const RawPointerData::Pointer* p = data.find(id);
         if (p == nullptr) continue;
-        if (!inBand(*p) || pointInNoFilterAreas(mapper->getDeviceId(), *p)) {
+        if (!inBand(*p) || inMarkedWindow(*p, *surface)) {
             mUnfilteredIds.markBit(id);
         } else if (!mUnfilteredIds.hasBit(id)) {
             removed.markBit(id);
@@ -93,11 +95,15 @@ void ZqNotchAftProcessor::processInputWindow(const std::vector<sp<InputWindowHan
 }
 
 bool ZqNotchAftProcessor::pointInNoFilterAreas(int deviceId, const RawPointerData::Pointer& pointer) {
-    Mutex::Autolock lock(mLock);
-    const auto config = mSurfaceConfigs.find(deviceId);
-    if (config == mSurfaceConfigs.end()) return true;
-    const std::optional<DisplayPoint> shown = toDisplay(pointer, config->second);
+    const std::optional<SurfaceConfig> surface = surfaceOf(deviceId);
+    return !surface || inMarkedWindow(pointer, *surface);
+}
+
+/// Held any other way than in landscape, no window needs a mark.
+bool ZqNotchAftProcessor::inMarkedWindow(const RawPointerData::Pointer& pointer, const SurfaceConfig& surface) {
+    const std::optional<DisplayPoint> shown = toDisplay(pointer, surface);
     if (!shown) return true;
+    Mutex::Autolock lock(mLock);
     for (const AftArea& area : mNoFilterAreas) {
         if (area.contains(shown->x, shown->y)) return true;
     }
@@ -124,12 +130,18 @@ void ZqNotchAftProcessor::configureSurface(InputMapper* mapper, int orientation,
 }
 
 bool ZqNotchAftProcessor::isLandscape(int deviceId) {
-    Mutex::Autolock lock(mLock);
-    const auto config = mSurfaceConfigs.find(deviceId);
-    return config != mSurfaceConfigs.end() && config->second.landscape;
+    const std::optional<SurfaceConfig> surface = surfaceOf(deviceId);
+    return surface && surface->landscape;
 }
 
-void ZqNotchAftProcessor::applyTo(float& x, float& y, SurfaceConfig& config) const {
+std::optional<ZqNotchAftProcessor::SurfaceConfig> ZqNotchAftProcessor::surfaceOf(int deviceId) {
+    Mutex::Autolock lock(mLock);
+    const auto known = mSurfaceConfigs.find(deviceId);
+    if (known == mSurfaceConfigs.end()) return std::nullopt;
+    return known->second;
+}
+
+void ZqNotchAftProcessor::applyTo(float& x, float& y, const SurfaceConfig& config) const {
     const auto& c = config.calibration.c;
     const float rawX = x;
     const float rawY = y;
@@ -139,7 +151,7 @@ void ZqNotchAftProcessor::applyTo(float& x, float& y, SurfaceConfig& config) con
 
 /// Nothing where the device is not held in landscape.
 std::optional<ZqNotchAftProcessor::DisplayPoint> ZqNotchAftProcessor::toDisplay(const RawPointerData::Pointer& pointer,
-                                                                                SurfaceConfig& config) const {
+                                                                                const SurfaceConfig& config) const {
     auto x = static_cast<float>(pointer.x);
     auto y = static_cast<float>(pointer.y);
     applyTo(x, y, config);
@@ -154,7 +166,7 @@ std::optional<ZqNotchAftProcessor::DisplayPoint> ZqNotchAftProcessor::toDisplay(
     } else {
         return std::nullopt;
     }
-    return DisplayPoint{toNearestInt32(across), toNearestInt32(down)};
+    return DisplayPoint{toSaturatedInt32(across), toSaturatedInt32(down)};
 }
 
 }  // namespace android

@@ -29,7 +29,8 @@ namespace android {
 /// It has no switch: without a valid notch property it leaves every frame alone. It never cancels, and logs nothing
 /// after it has been made.
 ///
-/// Threads: frames come on one thread; window lists and surfaces may come on others at any time.
+/// Threads: frames come on one thread; window lists and surfaces may come on others at any time. A frame goes by one
+/// copy of its surface, and each finger in the band by one state of the window list.
 class ZqNotchAftProcessor : public Singleton<ZqNotchAftProcessor> {
   public:
     /// What is known of one touch device's surface.
@@ -71,7 +72,7 @@ class ZqNotchAftProcessor : public Singleton<ZqNotchAftProcessor> {
     bool touchingEndAndUpdate(const RawPointerData& data);
 
     /// Calibrates a point in place.
-    void applyTo(float& x, float& y, SurfaceConfig& config) const;
+    void applyTo(float& x, float& y, const SurfaceConfig& config) const;
 
   private:
     struct DisplayPoint {
@@ -79,7 +80,9 @@ class ZqNotchAftProcessor : public Singleton<ZqNotchAftProcessor> {
         int32_t y;
     };
 
-    std::optional<DisplayPoint> toDisplay(const RawPointerData::Pointer& pointer, SurfaceConfig& config) const;
+    std::optional<SurfaceConfig> surfaceOf(int deviceId);
+    std::optional<DisplayPoint> toDisplay(const RawPointerData::Pointer& pointer, const SurfaceConfig& config) const;
+    bool inMarkedWindow(const RawPointerData::Pointer& pointer, const SurfaceConfig& surface);
     bool inBand(const RawPointerData::Pointer& pointer) const;
 
     Mutex mLock;                     ///< guards mNoFilterAreas and mSurfaceConfigs

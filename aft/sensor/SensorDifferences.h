@@ -15,48 +15,39 @@ struct SensorDifference {
     constexpr T of(SensorUser user) const { return user == SensorUser::SlideCover ? slideCover : foldAngle; }
 };
 
-/// All in which one sensor's subscription differs from the other's. A row without a value is the managers' own code.
+/// All in which the subscriptions of the two sensors differ. Rows without a value are the managers' own code.
 namespace sensor_differences {
 
-using Type = SensorDifference<int32_t>;
-using Switch = SensorDifference<bool>;
+using Number = SensorDifference<int32_t>;
+using Choice = SensorDifference<bool>;
 using Text = SensorDifference<const char*>;
 
 // clang-format off
-//                                  slide cover: ZqAftSCStateManager                    fold angle: ZqAftFoldableStateManager
-inline constexpr Text   kLogTag    {"ZqAftSCStateManager",                              "ZqFoldableDeviceAftProcessor"};
-inline constexpr Type   kSensorType{65557,                                              3};
-//       sampling, batching         as fast as it can, none                             the same
+//                                              slide cover                     fold angle
+//                           manager            ZqAftSCStateManager             ZqAftFoldableStateManager
+inline constexpr Text        kLogTag           {"ZqAftSCStateManager",          "ZqFoldableDeviceAftProcessor"};
+inline constexpr Number      kSensorType       {65557,                          3};
+//                           period, latency    0, 0                            0, 0
 
-//       connecting                 init                                                initLocked
-//       when it connects           as it is made, once                                 with each enabling until it has
-inline constexpr Switch kConnectsWhenEnabled{false,                                     true};
-//       error line at its start
-inline constexpr Text   kConnecting{nullptr,                                            "ZqAftFoldableStateManager init"};
-//       extra work                 none                                                prepares the angle windows
+//                           connecting         init                            initLocked
+inline constexpr Choice      kEnablingConnects {false,                          true};  // or else it connects once, when it is made
+inline constexpr Text        kConnecting       {nullptr,                        "ZqAftFoldableStateManager init"};  // error line at its start
+//                           extra work         none                            the angle windows are prepared
 
-//       enabling                   enableSCSensor                                      enableSensor
-inline constexpr Text   kEnabling  {"enableSCSensor",                                   "enableSensor"};
-inline constexpr Text   kNotConnected{"enableSCSensor() mInitCheck is false",           "enableSensor() mInitCheck is false"};
-inline constexpr Text   kNothingToEnableOn{
-                                    "enableSCSensor() mSensorManager/mSensorEventQueue is NULL",
-                                                                                        "enableSensor() mSensorManager/mSensorEventQueue is nullptr"};
-inline constexpr Text   kNoSuchSensor{"enableSCSensor getDefaultSensor res not ok",     "enableSensor getDefaultSensor res not ok"};
-inline constexpr Text   kEnabled   {"enableSCSensor success",                           "enableSensor success"};
+inline constexpr Text        kEnable           {"enableSCSensor",               "enableSensor"};
+inline constexpr Text        kDisable          {"disableSCSensor",              "disableSensor"};
+inline constexpr Text        kEnabledFlag      {"mSCSensorEnabled",             "mSensorEnabled"};
+inline constexpr Text        kNull             {"NULL",                         "nullptr"};
+//                           extra work         none                            disabling empties the angle windows
+//                           lock around both   mOperationLock                  mOperationLock
+//                           enabled()          does not wait for it            does
 
-//       disabling                  disableSCSensor                                     disableSensor
-inline constexpr Text   kDisabling {"disableSCSensor",                                  "disableSensor"};
-//       with connected, enabled
-inline constexpr Text   kNotEnabled{"disableSCSensor() mInitCheck=%d, mSCSensorEnabled=%d", "disableSensor() mInitCheck=%d, mSensorEnabled=%d"};
-inline constexpr Text   kNothingToDisableOn{
-                                    "disableSCSensor() mSensorEventQueue is NULL",      "disableSensor() mSensorEventQueue is nullptr"};
-//       extra work                 none                                                empties the angle windows
-
-//       whether it is enabled      answered at once                                    waits for the operation under way
-//       letting go, extra work     none                                                empties the angle windows
-//       death recipient holds      mSCFilter                                           nothing
-//       the service has died       deInit, under the instance's lock                   a line in the log
-//       it has registered          init, enableSCSensor, under that lock               nothing
+//                           letting go         deInit                          deInit; also empties the angle windows
+//                           the recipient has  mSCFilter                       nothing
+//                           serviceDied        deInit, under                   info "ZqAftFoldableStateManager serviceDied!"
+//                                              ZqAftSCStateInterface::sLock
+//                           onRegistration     init, then enableSCSensor,      nothing
+//                                              under the same lock
 // clang-format on
 
 }  // namespace sensor_differences

@@ -1,6 +1,6 @@
 #include "aft/sensor/SensorSubscription.h"
 
-/// Each sensor's lines go out under its manager's tag.
+/// Each sensor's lines go out under its manager's tag, with the names of its manager's operations.
 #define AFT_LOG_TAG kLogTag.of(mUser)
 
 #include "aft/host/Log.h"
@@ -53,20 +53,20 @@ bool SensorSubscription::makeQueue() {
 }
 
 void SensorSubscription::enable() {
-    LOGI("%s", kEnabling.of(mUser));
+    LOGI("%s", kEnable.of(mUser));
     Mutex::Autolock lock(mOperationLock);
     if (mSensorEnabled) return;
-    if (!mInitCheck && !(kConnectsWhenEnabled.of(mUser) && connectLocked())) {
-        LOGW("%s", kNotConnected.of(mUser));
+    if (!mInitCheck && !(kEnablingConnects.of(mUser) && connectLocked())) {
+        LOGW("%s() mInitCheck is false", kEnable.of(mUser));
         return;
     }
     if (mSensorManager == nullptr || mSensorEventQueue == nullptr) {
-        LOGW("%s", kNothingToEnableOn.of(mUser));
+        LOGW("%s() mSensorManager/mSensorEventQueue is %s", kEnable.of(mUser), kNull.of(mUser));
         return;
     }
     SensorInfo sensor;
     if (!findSensor(sensor) || !enableOnQueue(sensor.sensorHandle)) return;
-    LOGI("%s", kEnabled.of(mUser));
+    LOGI("%s success", kEnable.of(mUser));
     mSensorHandle = sensor.sensorHandle;
     mSensorEnabled = true;
 }
@@ -83,7 +83,7 @@ bool SensorSubscription::findSensor(SensorInfo& sensor) {
         return false;
     }
     if (result != Result::OK) {
-        LOGI("%s", kNoSuchSensor.of(mUser));
+        LOGI("%s getDefaultSensor res not ok", kEnable.of(mUser));
         return false;
     }
     return true;
@@ -107,15 +107,15 @@ bool SensorSubscription::enableOnQueue(int32_t handle) {
 
 /// A sensor counts as disabled once the call has got through, even where the service refused.
 void SensorSubscription::disable() {
-    LOGI("%s", kDisabling.of(mUser));
+    LOGI("%s", kDisable.of(mUser));
     Mutex::Autolock lock(mOperationLock);
     if (!mInitCheck || !mSensorEnabled) {
-        __android_log_print(ANDROID_LOG_WARN, AFT_LOG_TAG, kNotEnabled.of(mUser), mInitCheck ? 1 : 0,
-                            mSensorEnabled ? 1 : 0);
+        LOGW("%s() mInitCheck=%d, %s=%d", kDisable.of(mUser), mInitCheck ? 1 : 0, kEnabledFlag.of(mUser),
+             mSensorEnabled ? 1 : 0);
         return;
     }
     if (mSensorEventQueue == nullptr) {
-        LOGW("%s", kNothingToDisableOn.of(mUser));
+        LOGW("%s() mSensorEventQueue is %s", kDisable.of(mUser), kNull.of(mUser));
         return;
     }
     const Return<Result> asked = mSensorEventQueue->disableSensor(mSensorHandle);

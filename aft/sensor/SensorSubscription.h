@@ -29,7 +29,8 @@ using hardware::sensors::V1_0::SensorType;
 ///
 /// Threads: any may call any operation. One operation runs at a time, its calls into the service included: the lock for
 /// that is mOperationLock. What handles events must never take it, or a service that delivers an event before it
-/// answers a call would wait for itself. The two flags are read without it.
+/// answers a call would wait for itself. A death waits for the operation under way, so it must come on another thread
+/// than that operation's. The two flags are read without the lock.
 class SensorSubscription {
   public:
     bool initCheck() const { return mInitCheck; }
@@ -44,13 +45,13 @@ class SensorSubscription {
     /// Looks the service up, links to its death and has it make a queue, as far as that has not been done.
     /// @return whether there is a connection
     bool connect();
-    bool connectLocked();  ///< the same, with mOperationLock held
+    bool connectLocked();
     void enable();
     void disable();
     /// Forgets the connection, without a call to the service: the sensor stays enabled, and the death linked.
     void letGo();
 
-    // What each manager has of its own. All are called with mOperationLock held, letGo's by the last owner's thread.
+    // What each manager has of its own. All are called with mOperationLock held.
     virtual sp<hidl_death_recipient> newDeathRecipient() = 0;
     virtual sp<IEventQueueCallback> newEventCallback() = 0;
     virtual void connected() {}

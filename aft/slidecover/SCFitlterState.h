@@ -8,6 +8,8 @@ namespace android {
 struct SCFitlterState {
     int64_t stateTime = 0;  ///< ns, monotonic clock: when `state` last changed; 0 before any change
     int32_t state = -1;     ///< 0, 1 or 2, as the sensor reports it; -1: unknown
+
+    static constexpr bool isKnown(int32_t state) { return 0 <= state && state <= 2; }
 };
 
 }  // namespace android

@@ -10,6 +10,7 @@ namespace android {
 /// The slide cover's state, as those see it who do not care where it comes from. Any thread.
 class ZqAftSCStateInterface : public RefBase {
   public:
+    /// Both wait for the sensor service, and log what becomes of it.
     virtual void enableSCSensor() = 0;
     virtual void disableSCSensor() = 0;
     /// @param out the latest state, when true is answered; else left as it is

@@ -4,6 +4,7 @@
 #include <utils/Timers.h>
 
 #include <cstdlib>
+#include <optional>
 
 #include "aft/host/FloatToInt.h"
 
@@ -25,13 +26,11 @@ constexpr char kHallProperty[] = "ro.config.zq_hall_prop";
 /// What the first value of an event says when the second is the cover's state.
 constexpr int32_t kTellsCoverState = 1;
 
-constexpr int32_t kHighestState = 2;
-
 /// The cover's state that an event tells, if it tells one.
 std::optional<int32_t> coverState(const Event& event) {
     if (toInt32(event.u.data[0]) != kTellsCoverState) return std::nullopt;
     const std::optional<int32_t> state = toInt32(event.u.data[1]);
-    return state && 0 <= *state && *state <= kHighestState ? state : std::nullopt;
+    return state && SCFitlterState::isKnown(*state) ? state : std::nullopt;
 }
 
 }  // namespace
@@ -54,7 +53,7 @@ sp<ZqAftSCStateInterface> ZqAftSCStateInterface::getInstance() {
     return sInstance;
 }
 
-ZqAftSCStateManager::ZqAftSCStateManager() : SensorSubscription(SensorUser::SlideCover) { init(); }
+ZqAftSCStateManager::ZqAftSCStateManager() : SensorSubscription(SensorUser::SlideCover) {}
 
 ZqAftSCStateManager::~ZqAftSCStateManager() { deInit(); }
 

@@ -24,6 +24,9 @@ class ZqAftSCStateManager final : public ZqAftSCStateInterface, private SensorSu
     ZqAftSCStateManager();
     ~ZqAftSCStateManager() override;
 
+    /// Connects, once somebody holds the manager: from then on it may hear of things.
+    void onFirstRef() override { init(); }
+
     void enableSCSensor() override { enable(); }
     void disableSCSensor() override { disable(); }
     bool getSCFilterState(SCFitlterState& out) override;

@@ -22,7 +22,7 @@ constexpr size_t kReportSize = 100;
 /// A gesture cancelled sooner after touch-down, in ms, is not worth a report.
 constexpr int64_t kShortestReported = 1;
 
-/// The one state that touches are safe in again, once it has lasted longer than this, in ns.
+/// The one state in which the fingers of a cancelled gesture pass again, once it has lasted longer than this, in ns.
 constexpr int32_t kSettlingState = 1;
 constexpr int64_t kSettlingTime = 2'999'999'999;
 
@@ -30,8 +30,6 @@ constexpr int64_t kSettlingTime = 2'999'999'999;
 constexpr int64_t elapsed(int64_t later, int64_t earlier) {
     return static_cast<int64_t>(static_cast<uint64_t>(later) - static_cast<uint64_t>(earlier));
 }
-
-bool isKnown(int32_t state) { return 0 <= state && state <= 2; }
 
 /// The position of the lowest touching id; where its record is out of the frame's bounds, the point stays.
 void pointOf(const RawPointerData& data, ScPoint& point) {
@@ -79,7 +77,7 @@ void ZqSCAftProcessor::processRawTouches(InputMapper* mapper, long long when, Ra
         LOGW("getSCFilterState false.");
         return;
     }
-    if (!isKnown(mCurState.state)) {
+    if (!SCFitlterState::isKnown(mCurState.state)) {
         LOGW("Invalid state=%d.", mCurState.state);
         return;
     }

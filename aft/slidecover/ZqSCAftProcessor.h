@@ -28,7 +28,8 @@ struct ScPoint {
 ///
 /// When the cover's state changes between two frames of a touch sequence, the gesture is cancelled, and its pointers
 /// are taken out of that frame and all that follow; where the cover has been in state 1 for three seconds, they pass
-/// again. Once all fingers are up, the host gets one report of the gesture. A sequence in which nothing changes is left
+/// again. Once all fingers are up, the host gets one report of the gesture, unless the change came within
+/// 1 ms of touch-down. A sequence in which nothing changes is left
 /// alone, and so is everything while the sensor is not enabled or has not told anything yet.
 ///
 /// It cancels once in a sequence, and goes by the state alone: a change there and back between two frames is none.
