@@ -85,7 +85,7 @@ void ZqAftFoldableStateManager::emptyWindows() {
     mAngleSum = 0;
 }
 
-void ZqAftFoldableStateManager::connected() {
+void ZqAftFoldableStateManager::haveInited() {
     Mutex::Autolock lock(mWindowsLock);
     mAngles.setCapacity(kWindow);
     mAverages.setCapacity(kWindow);

@@ -29,7 +29,7 @@ class ZqAftFoldableStateManager : public RefBase, private SensorSubscription {
     ZqAftFoldableStateManager();
     ~ZqAftFoldableStateManager() override;
 
-    void deInit() { letGo(); }
+    using SensorSubscription::deInit;
     void enableSensor() { enable(); }
     void disableSensor() { disable(); }
     using SensorSubscription::initCheck;
@@ -57,9 +57,9 @@ class ZqAftFoldableStateManager : public RefBase, private SensorSubscription {
   private:
     sp<hidl_death_recipient> newDeathRecipient() override;
     sp<IEventQueueCallback> newEventCallback() override;
-    void connected() override;
-    void disabled() override { emptyWindows(); }
-    void haveLetGo() override { emptyWindows(); }
+    void haveInited() override;
+    void haveDisabled() override { emptyWindows(); }
+    void haveDeInited() override { emptyWindows(); }
 
     void emptyWindows();
     bool averagesSpread() const;

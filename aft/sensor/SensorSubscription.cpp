@@ -10,18 +10,18 @@ namespace android {
 using hardware::Return;
 using namespace sensor_differences;
 
-bool SensorSubscription::connect() {
+bool SensorSubscription::init() {
     Mutex::Autolock lock(mOperationLock);
-    return connectLocked();
+    return initLocked();
 }
 
-bool SensorSubscription::connectLocked() {
+bool SensorSubscription::initLocked() {
     if (const char* entry = kConnecting.of(mUser)) LOGE("%s", entry);
     if (mInitCheck) return true;
     if (mSensorManager == nullptr && !findService()) return false;
     if (!makeQueue()) return false;
     mInitCheck = true;
-    connected();
+    haveInited();
     return true;
 }
 
@@ -56,7 +56,7 @@ void SensorSubscription::enable() {
     LOGI("%s", kEnable.of(mUser));
     Mutex::Autolock lock(mOperationLock);
     if (mSensorEnabled) return;
-    if (!mInitCheck && !(kEnablingConnects.of(mUser) && connectLocked())) {
+    if (!mInitCheck && !(kEnablingConnects.of(mUser) && initLocked())) {
         LOGW("%s() mInitCheck is false", kEnable.of(mUser));
         return;
     }
@@ -127,11 +127,11 @@ void SensorSubscription::disable() {
     if (result != Result::OK) LOGE("disableSensor fail:%d", mSensorHandle);
     mSensorEnabled = false;
     mSensorHandle = 0;
-    disabled();
+    haveDisabled();
     LOGI("disableSensor success");
 }
 
-void SensorSubscription::letGo() {
+void SensorSubscription::deInit() {
     Mutex::Autolock lock(mOperationLock);
     mInitCheck = false;
     mSensorEnabled = false;
@@ -139,7 +139,7 @@ void SensorSubscription::letGo() {
     mSensorEventCallback = nullptr;
     mSensorEventQueue = nullptr;
     mSensorManager = nullptr;
-    haveLetGo();
+    haveDeInited();
 }
 
 }  // namespace android

@@ -44,19 +44,19 @@ class SensorSubscription {
 
     /// Looks the service up, links to its death and has it make a queue, as far as that has not been done.
     /// @return whether there is a connection
-    bool connect();
-    bool connectLocked();
+    bool init();
+    bool initLocked();  ///< the same with mOperationLock held, as enabling does it
     void enable();
     void disable();
     /// Forgets the connection, without a call to the service: the sensor stays enabled, and the death linked.
-    void letGo();
+    void deInit();
 
     // What each manager has of its own. All are called with mOperationLock held.
     virtual sp<hidl_death_recipient> newDeathRecipient() = 0;
     virtual sp<IEventQueueCallback> newEventCallback() = 0;
-    virtual void connected() {}
-    virtual void disabled() {}
-    virtual void haveLetGo() {}
+    virtual void haveInited() {}
+    virtual void haveDisabled() {}
+    virtual void haveDeInited() {}
 
     Mutex mOperationLock;
 

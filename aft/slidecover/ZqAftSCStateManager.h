@@ -31,10 +31,9 @@ class ZqAftSCStateManager final : public ZqAftSCStateInterface, private SensorSu
     void disableSCSensor() override { disable(); }
     bool getSCFilterState(SCFitlterState& out) override;
 
-    /// Connects to the sensor service, as far as that has not been done. @return whether there is a connection
-    bool init() { return connect(); }
-    void deInit() { letGo(); }
+    using SensorSubscription::deInit;
     using SensorSubscription::enabled;
+    using SensorSubscription::init;
     using SensorSubscription::initCheck;
 
     /// Takes in one event of any sensor; those that are no valid cover state are ignored.
