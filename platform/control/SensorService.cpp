@@ -91,7 +91,6 @@ void World::die() {
             addOnce(told, recipient);
             courier.take([recipient, cookie = link.cookie, who = link.who] { recipient->serviceDied(cookie, who); });
         }
-        mLife->links.clear();
         mLife->alive = false;
         mLife.reset();
         if (!told.empty()) mTold.swap(told);

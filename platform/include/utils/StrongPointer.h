@@ -31,6 +31,7 @@ class sp {
     }
 
     // The old reference is given up last: the object's destructor may come back to this very sp.
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment,cert-oop54-cpp): a copy and a swap, which handle it
     sp& operator=(const sp& other) {
         sp(other).swap(*this);
         return *this;
