@@ -36,6 +36,8 @@ Look lookOf(Fate fate) {
         case Fate::Dispatched: return {"dispatched", kGreen};
         case Fate::ReSent: return {"re-sent", kCyan};
         case Fate::Dropped: return {"dropped", kRed};
+        case Fate::Reported: return {"reported", kCyan};
+        case Fate::Noted: return {"noted", kDim};
     }
     return {"", kPlain};
 }
@@ -80,6 +82,7 @@ void StoryPrinter::print(const refhost::Summary& summary) {
     if (summary.cancelRequests > summary.gesturesCancelled) {
         append(out, FMT_COMPILE(", in {} requests"), summary.cancelRequests);
     }
+    if (summary.reports > 0) append(out, FMT_COMPILE(", {} reported"), summary.reports);
     append(out, "\n");
     append(out, FMT_COMPILE("keys      {} consumed, {} held back, {} re-sent, {} dropped, {} dispatched\n"),
            summary.keysConsumed, summary.keysHeldBack, summary.keysReSent, summary.keysDropped, summary.keysDispatched);

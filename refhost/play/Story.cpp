@@ -2,7 +2,10 @@
 
 #include <fmt/format.h>
 
-#include <string_view>
+#include <algorithm>
+#include <utility>
+
+#include "refhost/play/StoryWords.h"
 
 namespace refhost {
 
@@ -11,75 +14,29 @@ namespace {
 using android::BitSet32;
 using android::NotifyKeyArgs;
 
-/// The pointer id that a log line speaks of (`id=3`), if any.
-std::optional<uint32_t> idIn(std::string_view text) {
-    const size_t at = text.find("id=");
-    if (at == std::string_view::npos) return std::nullopt;
-    uint32_t id = 0;
-    size_t digits = at + 3;
-    for (; digits < text.size() && '0' <= text[digits] && text[digits] <= '9' && id < 100; ++digits) {
-        id = id * 10 + static_cast<uint32_t>(text[digits] - '0');
-    }
-    return digits > at + 3 ? std::optional(id) : std::nullopt;
+std::string fingerAt(uint32_t id, int32_t x, int32_t y, const std::string& panel) {
+    return fmt::format("finger {} at ({}, {}){}", id, x, y, panel);
 }
 
-bool says(std::string_view text, std::string_view part) { return text.find(part) != std::string_view::npos; }
-
-/// The lines of the first call, which reads the properties: about the filter, not about a finger or a key.
-bool isOnStartup(std::string_view text) {
-    return text.starts_with("invalid config value:") || text.starts_with("enabledAbt:") ||
-           text.starts_with("version: ");
+/// When a line happens: with its event, or else on the trace's clock.
+int64_t timeOf(const TraceLine& line, int64_t now) {
+    if (const auto* frame = std::get_if<ProcessRawTouches>(&line.event)) return frame->when;
+    if (const auto* key = std::get_if<ProcessKey>(&line.event)) return key->when;
+    return now;
 }
-
-/// The first line of this call for which `wanted` holds, or nothing.
-template <typename Wanted>
-std::string words(const CallResult& result, Wanted wanted) {
-    for (const LogEntry& entry : result.log) {
-        if (wanted(entry.text)) return entry.text;
-    }
-    return "";
-}
-
-/// The filter's line on putting this finger back where it landed.
-std::string wordsOnRestoring(const CallResult& result, uint32_t id) {
-    return words(result, [id](std::string_view text) { return idIn(text) == id && says(text, "compensate point("); });
-}
-
-/// The first of what the filter says about a finger is the decision; what follows are its consequences. Putting it back
-/// goes before all.
-std::string wordsOnFinger(const CallResult& result, uint32_t id) {
-    std::string restoring = wordsOnRestoring(result, id);
-    if (!restoring.empty()) return restoring;
-    return words(result, [id](std::string_view text) { return idIn(text) == id && !says(text, "Cancel "); });
-}
-
-std::string wordsOnCancel(const CallResult& result) {
-    return words(result, [](std::string_view text) { return says(text, ", cancel it") || says(text, "Cancel "); });
-}
-
-/// The last line of a key says what became of it; where that is an event key taken, the line before says why.
-std::string wordsOnKey(const CallResult& result) {
-    std::vector<std::string_view> said;
-    for (const LogEntry& entry : result.log) {
-        if (!isOnStartup(entry.text)) said.push_back(entry.text);
-    }
-    if (said.empty()) return "";
-    const size_t last = said.size() - 1;
-    return std::string(last > 0 && said[last].ends_with(" down filtered") ? said[last - 1] : said[last]);
-}
-
-std::string fingerAt(uint32_t id, int32_t x, int32_t y) { return fmt::format("finger {} at ({}, {})", id, x, y); }
 
 }  // namespace
 
-const std::vector<Decision>& Story::tell(const TraceLine& line, const CallResult& result) {
+const Decisions& Story::tell(const TraceLine& line, const CallResult& result) {
     mDecisions.clear();
     ++mSummary.lines;
     if (result.durationNs) mSummary.calls.add(*result.durationNs);
-    for (const LogEntry& entry : result.log) {
-        const bool off = says(entry.text, "invalid config value:") || says(entry.text, "configure exceeds the limits");
-        if (off) mSummary.filterOff = entry.text;
-    }
+    if (std::string noArea = wordsOnNoArea(result); !noArea.empty()) mSummary.filterOff = std::move(noArea);
+    mNow = line.t.value_or(mNow);
+    const int64_t when = timeOf(line, mNow);
+    mNotch.hear(when, line, result, mDecisions);
+    mSensors.hear(when, line, result, mDecisions);
+    mCover.hear(when, line, result, mDecisions);
     if (const auto* frame = std::get_if<ProcessRawTouches>(&line.event)) tellFrame(*frame, result);
     if (const auto* key = std::get_if<ProcessKey>(&line.event)) tellKey(*key, result);
     return mDecisions;
@@ -89,71 +46,114 @@ void Story::add(int64_t when, Fate fate, std::string subject, std::string words)
     mDecisions.push_back({when, fate, std::move(subject), std::move(words)});
 }
 
+/// Fingers of the first panel are told without its name.
+Story::Hand& Story::handOn(const DeviceRef& panel) {
+    const auto [known, isNew] = mHands.try_emplace(panel);
+    if (isNew && mHands.size() > 1) {
+        known->second.panel = panel ? fmt::format(" of device {}", *panel) : " without a device";
+    }
+    return known->second;
+}
+
 void Story::tellFrame(const ProcessRawTouches& call, const CallResult& result) {
     ++mSummary.frames;
     mSummary.pointersJudged += call.ids.count();
     mSummary.pointersRemoved += result.frame.removed.count();
 
-    tellLifted(call);
+    Hand& hand = handOn(call.device);
+    tellLifted(hand, call);
     const BitSet32 passed = {call.ids.value & ~result.frame.removed.value};
-    // A cancel of the sensor's empties the frame: its fingers go with their gesture, they are not held back as well.
+    // Fingers that a cancel takes out go with their gesture, they are not held back as well.
     const bool emptied = !result.requests.cancelled.empty() && passed.isEmpty();
     for (uint32_t id : call.ids) {
         const auto* came = call.frame.find(id);
         if (came == nullptr) continue;
-        if (!emptied) tellFinger(id, call, result);
-        mLastPlace[id] = {came->x, came->y};
+        if (!emptied || !hand.down.hasBit(id)) tellFinger(id, hand, call, result);
+        hand.lastPlace[id] = {came->x, came->y};
     }
-    tellCancel(call, passed, result);
+    tellCancel(call, {(hand.passed.value | passed.value) & call.ids.value}, hand.panel, result);
     tellHeldKey(call, result);
-    mDown = call.ids;
-    mPassed = passed;
-    mEverPassed.value = (mEverPassed.value & call.ids.value) | passed.value;
+    for (const Report& report : result.requests.reports) {
+        ++mSummary.reports;
+        add(call.when, Fate::Reported, fmt::format("event {}", report.event), report.text);
+    }
+    hand.down = call.ids;
+    hand.passed = passed;
+    hand.everPassed.value = (hand.everPassed.value & call.ids.value) | passed.value;
+    hand.onSensor &= result.frame.removed;
+    hand.inNotch &= result.frame.removed;
     mTouching = !call.frame.touchingIdBits.isEmpty();
     if (!mTouching) mGestureCancelled = false;
 }
 
-void Story::tellFinger(uint32_t id, const ProcessRawTouches& call, const CallResult& result) {
+void Story::tellFinger(uint32_t id, Hand& hand, const ProcessRawTouches& call, const CallResult& result) {
     const auto& came = *call.frame.find(id);
     const bool passed = !result.frame.removed.hasBit(id);
-    const bool landed = !mDown.hasBit(id);
-    if (!landed && passed == mPassed.hasBit(id)) return;
+    const bool landed = !hand.down.hasBit(id);
+    if (!landed && passed == hand.passed.hasBit(id)) return;
 
-    const std::string subject = fingerAt(id, came.x, came.y);
+    const std::string subject = fingerAt(id, came.x, came.y, hand.panel);
+    if (!passed) return add(call.when, Fate::HeldBack, subject, whyHeldBack(id, hand, call, result));
     const std::string said = wordsOnFinger(result, id);
-    if (!passed) return add(call.when, Fate::HeldBack, subject, said);
     if (landed) return add(call.when, Fate::Kept, subject, said);
-    if (says(said, "compensate point(")) {
+    if (isRestoring(said)) {
         ++mSummary.restored;
         const auto* back = result.frame.frame.find(id);
-        return add(call.when, Fate::Restored, back != nullptr ? fingerAt(id, back->x, back->y) : subject, said);
+        return add(call.when, Fate::Restored, back != nullptr ? fingerAt(id, back->x, back->y, hand.panel) : subject,
+                   said);
     }
-    add(call.when, Fate::LetThrough, subject, said);
+    const std::string silent = hand.onSensor.hasBit(id) ? "" : whyLetThrough(id, hand, call);
+    add(call.when, Fate::LetThrough, subject, silent.empty() ? said : silent);
 }
 
-/// The filter may ask for the same cancel in frame after frame; the first of a run is the one that changes something.
-void Story::tellCancel(const ProcessRawTouches& call, BitSet32 passed, const CallResult& result) {
-    const bool again = mCancelledLast;
-    mCancelledLast = !result.requests.cancelled.empty();
-    if (!mCancelledLast) return;
+/// The first of the filters that took the finger out, in their order; the notch filter is known by its silence.
+std::string Story::whyHeldBack(uint32_t id, Hand& hand, const ProcessRawTouches& call, const CallResult& result) {
+    std::string said = wordsOnRestraining(result, id);
+    if (!said.empty()) {
+        hand.onSensor.markBit(id);
+        return said;
+    }
+    said = wordsOnTakingAll(result);
+    if (said.empty()) said = mCover.wordsOnTaking(call.when);
+    if (!said.empty() || !mNotch.covers(call.device, *call.frame.find(id))) return said;
+    hand.inNotch.markBit(id);
+    return mNotch.wordsOnTaking();
+}
+
+std::string Story::whyLetThrough(uint32_t id, const Hand& hand, const ProcessRawTouches& call) {
+    if (hand.inNotch.hasBit(id)) return mNotch.wordsOnPassing(call.device, *call.frame.find(id));
+    return mCover.wordsOnPassing(call.when);
+}
+
+/// A filter may ask for the same cancel in frame after frame; the first of a run is the one that changes something.
+void Story::tellCancel(const ProcessRawTouches& call, BitSet32 seen, const std::string& panel,
+                       const CallResult& result) {
+    const std::vector<std::string_view> before = std::exchange(mCancelledLast, {});
+    if (result.requests.cancelled.empty()) return;
     mSummary.cancelRequests += result.requests.cancelled.size();
     if (!mGestureCancelled) ++mSummary.gesturesCancelled;
     mGestureCancelled = true;
-    if (again) return;
 
     std::string fingers;
-    const BitSet32 seen = {(mPassed.value | passed.value) & call.ids.value};
     for (uint32_t id : seen) fingers += fmt::format("{}{}", fingers.empty() ? "" : ", ", id);
     const std::string subject =
         seen.isEmpty() ? "gesture that nobody saw"
-                       : fmt::format("gesture of {} {}", seen.count() == 1 ? "finger" : "fingers", fingers);
-    add(call.when, Fate::Cancelled, subject, wordsOnCancel(result));
+                       : fmt::format("gesture of {} {}{}", seen.count() == 1 ? "finger" : "fingers", fingers, panel);
+    const auto tell = [&](std::string_view who, std::string said) {
+        mCancelledLast.push_back(who);
+        const bool again = std::find(before.begin(), before.end(), who) != before.end();
+        if (!again) add(call.when, Fate::Cancelled, subject, std::move(said));
+    };
+    for (std::string_view who : kCancellers) {
+        if (std::string said = wordsOnCancel(result, who); !said.empty()) tell(who, std::move(said));
+    }
+    if (mCancelledLast.empty()) tell("", "");
 }
 
-void Story::tellLifted(const ProcessRawTouches& call) {
-    for (uint32_t id : BitSet32{mDown.value & ~call.ids.value}) {
-        if (mEverPassed.hasBit(id)) continue;
-        add(call.when, Fate::Lost, fingerAt(id, mLastPlace[id][0], mLastPlace[id][1]), "");
+void Story::tellLifted(const Hand& hand, const ProcessRawTouches& call) {
+    for (uint32_t id : BitSet32{hand.down.value & ~call.ids.value}) {
+        if (hand.everPassed.hasBit(id)) continue;
+        add(call.when, Fate::Lost, fingerAt(id, hand.lastPlace[id][0], hand.lastPlace[id][1], hand.panel), "");
     }
 }
 
@@ -162,11 +162,10 @@ void Story::tellHeldKey(const ProcessRawTouches& call, const CallResult& result)
         if (key.action != NotifyKeyArgs::kActionDown) continue;
         ++mSummary.keysReSent;
         mHeldKey.reset();
-        add(call.when, Fate::ReSent, fmt::format("key {} down and up", key.keyCode),
-            words(result, [](std::string_view text) { return says(text, "handlePendingKey, re-dispatch"); }));
+        add(call.when, Fate::ReSent, fmt::format("key {} down and up", key.keyCode), wordsOnSendingKey(result));
     }
     if (!mHeldKey) return;
-    const std::string restored = words(result, [](std::string_view text) { return says(text, "compensate point("); });
+    const std::string restored = wordsOnRestoring(result);
     const bool newTouch = !mTouching && !call.frame.touchingIdBits.isEmpty();  // it waited for the one before
     if (restored.empty() && !newTouch) return;
     ++mSummary.keysDropped;
@@ -182,9 +181,7 @@ void Story::tellKey(const ProcessKey& call, const CallResult& result) {
         if (down != mConsumedByKeyDown.end()) mConsumedByKeyDown.erase(down);
         if (asExpected) return;  // shares the fate of its key-down
     }
-    const bool heldBack = call.down && consumed && !words(result, [](std::string_view text) {
-                                                        return says(text, "delayDispatchKey delay dispatch the key:");
-                                                    }).empty();
+    const bool heldBack = call.down && consumed && !wordsOnHoldingKey(result).empty();
     if (call.down) {
         ++(consumed ? mSummary.keysConsumed : mSummary.keysDispatched);
         mSummary.keysHeldBack += heldBack;

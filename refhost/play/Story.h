@@ -5,36 +5,19 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "refhost/play/CallResult.h"
+#include "refhost/play/CoverStory.h"
+#include "refhost/play/Decision.h"
 #include "refhost/play/DurationHistogram.h"
+#include "refhost/play/NotchStory.h"
+#include "refhost/play/SensorStory.h"
 #include "refhost/trace/Trace.h"
 
 namespace refhost {
-
-/// What has become of a finger, a gesture or a key.
-enum class Fate {
-    Kept,        ///< a finger landed and was passed on
-    HeldBack,    ///< a finger was taken out of the frame, or a key kept for later
-    Restored,    ///< a held-back finger came back where it had landed
-    LetThrough,  ///< a held-back finger came back where it was
-    Lost,        ///< a finger lifted that had been held back all the time: nobody saw it
-    Cancelled,   ///< the gesture was cancelled
-    Consumed,    ///< a key was taken
-    Dispatched,  ///< a key was passed on
-    ReSent,      ///< a held-back key was sent again, as a down and up pair
-    Dropped,     ///< a held-back key was forgotten
-};
-
-/// One thing that changed a fate: a line of the story.
-struct Decision {
-    int64_t when = 0;  ///< ns, event time
-    Fate fate = Fate::Kept;
-    std::string subject;  ///< "finger 0 at (540, 2200)", "key 513 down"
-    std::string words;    ///< the filter's own, or empty where it said nothing
-};
 
 struct Summary {
     uint64_t lines = 0;
@@ -44,6 +27,7 @@ struct Summary {
     uint64_t restored = 0;
     uint64_t gesturesCancelled = 0;
     uint64_t cancelRequests = 0;  ///< a gesture may be cancelled frame after frame
+    uint64_t reports = 0;
     uint64_t keysConsumed = 0;    ///< key-downs, the held-back ones included
     uint64_t keysHeldBack = 0;    ///< of these
     uint64_t keysReSent = 0;      ///< of these again
@@ -59,32 +43,48 @@ struct Summary {
 class Story {
   public:
     /// The decisions of this line, in order; empty for most. Valid until the next call.
-    const std::vector<Decision>& tell(const TraceLine& line, const CallResult& result);
+    const Decisions& tell(const TraceLine& line, const CallResult& result);
     const Summary& summary() const { return mSummary; }
 
   private:
+    /// The fingers on one panel. The id sets are of its last frame, as it came in.
+    struct Hand {
+        android::BitSet32 down{};
+        android::BitSet32 passed{};      ///< of these, passed on to apps in that frame
+        android::BitSet32 everPassed{};  ///< of these, passed on at any time since they landed
+        android::BitSet32 onSensor{};    ///< of these, held back by the front fingerprint filter
+        android::BitSet32 inNotch{};     ///< of these, taken out by the notch filter
+        std::array<std::array<int32_t, 2>, android::RawPointerData::kMaxIds> lastPlace{};
+        std::string panel;  ///< as it is told; empty for the first one
+    };
+
+    Hand& handOn(const DeviceRef& panel);
     void tellFrame(const ProcessRawTouches& call, const CallResult& result);
-    void tellFinger(uint32_t id, const ProcessRawTouches& call, const CallResult& result);
-    void tellLifted(const ProcessRawTouches& call);
-    void tellCancel(const ProcessRawTouches& call, android::BitSet32 passed, const CallResult& result);
+    void tellFinger(uint32_t id, Hand& hand, const ProcessRawTouches& call, const CallResult& result);
+    std::string whyHeldBack(uint32_t id, Hand& hand, const ProcessRawTouches& call, const CallResult& result);
+    std::string whyLetThrough(uint32_t id, const Hand& hand, const ProcessRawTouches& call);
+    void tellLifted(const Hand& hand, const ProcessRawTouches& call);
+    void tellCancel(const ProcessRawTouches& call, android::BitSet32 seen, const std::string& panel,
+                    const CallResult& result);
     void tellHeldKey(const ProcessRawTouches& call, const CallResult& result);
     void tellKey(const ProcessKey& call, const CallResult& result);
     void add(int64_t when, Fate fate, std::string subject, std::string words);
 
-    /// A finger between landing and lift-off. The id sets are of the last frame, as it came in.
-    android::BitSet32 mDown{};
-    android::BitSet32 mPassed{};      ///< of these, passed on to apps in the last frame
-    android::BitSet32 mEverPassed{};  ///< of these, passed on at any time since they landed
-    std::array<std::array<int32_t, 2>, android::RawPointerData::kMaxIds> mLastPlace{};
+    SensorStory mSensors;
+    CoverStory mCover;
+    NotchStory mNotch;
+
+    std::map<DeviceRef, Hand> mHands;
     bool mTouching = false;
-    bool mCancelledLast = false;      ///< the last frame asked for a cancel
-    bool mGestureCancelled = false;   ///< some frame of this gesture did
-    std::optional<int32_t> mHeldKey;  ///< key code that waits for its finger
+    std::vector<std::string_view> mCancelledLast;  ///< who cancelled in the last frame
+    bool mGestureCancelled = false;                ///< some frame of this gesture was
+    std::optional<int32_t> mHeldKey;               ///< key code that waits for its finger
+    int64_t mNow = 0;                              ///< ns, the trace's clock
 
     std::map<std::pair<DeviceRef, int32_t>, bool>
         mConsumedByKeyDown;  ///< keys that are down, and whether the key-down was consumed
 
-    std::vector<Decision> mDecisions;
+    Decisions mDecisions;
     Summary mSummary;
 };
 
