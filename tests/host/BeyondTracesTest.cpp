@@ -13,101 +13,68 @@
 namespace android {
 namespace {
 
-/// A host that takes no reports.
-struct NoPolicy : InputReaderContext {
-    InputReaderPolicyInterface* getPolicy() override { return nullptr; }
-};
-
-struct Panel : InputMapper {
-    explicit Panel(InputReaderContext* context) : InputMapper(&device, context) {}
+/// A panel of a host that takes no reports, and a frame of two fingers on it of which the host hands in the second.
+struct BeyondTraces : testing::Test, InputMapper, InputReaderContext {
+    BeyondTraces() : InputMapper(&device, this) {
+        frame.pointerCount = 2;
+        frame.pointers[1].id = frame.idToIndex[1] = 1;
+        frame.touchingIdBits.markBit(0);
+        frame.touchingIdBits.markBit(1);
+        ids.markBit(1);
+    }
     uint32_t getSources() override { return 0; }
-    void cancelTouch(int64_t when) override { cancelled.push_back(when); }
+    void cancelTouch(int64_t when) override { cancelled = when; }
+    InputReaderPolicyInterface* getPolicy() override { return nullptr; }
 
     InputDevice device;
-    std::vector<int64_t> cancelled;
+    RawPointerData frame{};
+    BitSet32 ids{};
+    int64_t cancelled = 0;
+    test::LogRecorder log;
 };
 
-RawPointerData twoFingers() {
-    RawPointerData frame{};
-    for (uint32_t id = 0; id < 2; ++id) {
-        frame.pointers[id].id = id;
-        frame.pointers[id].y = 40;
-        frame.touchingIdBits.markBit(id);
-        frame.idToIndex[id] = id;
-    }
-    frame.pointerCount = 2;
-    return frame;
-}
-
-BitSet32 only(uint32_t id) {
-    BitSet32 ids{};
-    ids.markBit(id);
-    return ids;
-}
-
-// The host uses the other bits of that byte for itself, lists may have holes, and pointers that it does not hand in are
-// its own business.
-TEST(BeyondTraces, WhatTheNotchIsHandedIn) {
+// The host uses the other bits of that byte for itself, its lists may have holes, and a pointer that it does not hand
+// in is its own business.
+TEST_F(BeyondTraces, OfTheNotch) {
     aftplatform::properties::set("ro.config.zq_notch_size", "7,80,3,4");
-    test::LogRecorder log;
     ZqNotchAftProcessor notch;
-    Panel panel(nullptr);
     TouchAffineTransformation plain;
     RawPointerAxes axes;
-    notch.configureSurface(&panel, 1, plain, axes, 1, 1, 0, 0);
-    for (const auto& [flags, removed] : {std::pair{0xFE, true}, {0x81, false}}) {
-        const sp<InputWindowHandle> window = new InputWindowHandle();
-        window->frameRight = window->frameBottom = 99;
-        window->visible = true;
-        window->aftFlags = static_cast<uint8_t>(flags);
-        notch.processInputWindow({nullptr, window});
-        RawPointerData frame = twoFingers();
-        BitSet32 ids = only(1);
-        notch.processRawTouches(&panel, frame, ids);
-        EXPECT_EQ(frame.pointerCount, removed ? 1u : 2u) << flags;
-        EXPECT_EQ(frame.pointers[0].id, 0u) << "never handed in";
-        EXPECT_EQ(ids.isEmpty(), removed);
-    }
+    notch.configureSurface(this, 1, plain, axes, 1, 1, 0, 0);
+    const sp<InputWindowHandle> window = new InputWindowHandle();
+    window->visible = true;
+    window->aftFlags = 0xFE;
+    notch.processInputWindow({nullptr, window});
+    EXPECT_FALSE(notch.pointInNoFilterAreas(0, frame.pointers[0]));
+    notch.processRawTouches(this, frame, ids);
+    EXPECT_TRUE(frame.pointerCount == 1 && frame.touchingIdBits.hasBit(0) && ids.isEmpty());
 }
 
-// The time of a change is when the phone heard of it, whatever the sensor's own clock says; the cancel bears the
-// frame's; and a host that takes no reports gets none.
-TEST(BeyondTraces, ASlideCoverWithItsOwnClock) {
-    namespace sensors = aftplatform::sensors;
-    sensors::reset();
-    sensors::offer({{65557, 7}});
-    sensors::setPresent(true);
-    test::LogRecorder log;
+// A change was when the phone heard of it, whatever the sensor's clock says; the cancel bears the frame's time; and a
+// host that takes no reports gets none.
+TEST_F(BeyondTraces, OfTheSlideCover) {
+    aftplatform::sensors::offer({{65557, 7}});
+    aftplatform::sensors::setPresent(true);
+    aftplatform::setVirtualTime(5'000'000);
     auto& manager = static_cast<ZqAftSCStateManager&>(*ZqAftSCStateInterface::getInstance());
     SCFitlterState state{.stateTime = 1, .state = 5};
-    EXPECT_FALSE(manager.getSCFilterState(state));
-    EXPECT_TRUE(state.stateTime == 1 && state.state == 5) << "answered while it was not enabled";
+    EXPECT_TRUE(!manager.getSCFilterState(state) && state.stateTime == 1 && state.state == 5);
     manager.enableSCSensor();
-    EXPECT_TRUE(manager.getSCFilterState(state));
-    EXPECT_TRUE(state.stateTime == 0 && state.state == -1) << "knows something that nobody told it";
-
+    EXPECT_TRUE(manager.getSCFilterState(state) && state.stateTime == 0 && state.state == -1);
     const sp<ZqSCAftProcessor> filter = new ZqSCAftProcessor();
-    NoPolicy host;
-    Panel panel(&host);
-    const auto touch = [&](int64_t when, RawPointerData frame) {
-        BitSet32 ids = only(1);
-        filter->processRawTouches(&panel, when, frame, ids);
-        return frame.pointerCount;
-    };
-    touch(1'000'000, twoFingers());
-    aftplatform::setVirtualTime(5'000'000);
-    hardware::sensors::V1_0::Event event;
+    filter->processRawTouches(this, 1'000'000, frame, ids);
+    Event event;
     event.timestamp = 77;
     event.u.data[0] = 1;
     manager.handleSensorEvent(event);
-    EXPECT_TRUE(manager.getSCFilterState(state));
-    EXPECT_TRUE(state.stateTime == 5'000'000 && state.state == 0);
-    EXPECT_EQ(touch(6'000'000, twoFingers()), 1u) << "only the pointer that was handed in goes";
-    EXPECT_EQ(panel.cancelled, std::vector<int64_t>{6'000'000});
-    touch(7'000'000, {});
+    EXPECT_EQ(log.texts().back(), "handleSensorEvent event.type=0 state=0, timestamp=77 ns, sensorHandle=0");
+    EXPECT_TRUE(manager.getSCFilterState(state) && state.stateTime == 5'000'000 && state.state == 0);
+    filter->processRawTouches(this, 6'000'000, frame, ids);
+    EXPECT_EQ(cancelled, 6'000'000);
+    EXPECT_TRUE(frame.pointerCount == 1 && frame.touchingIdBits.hasBit(0));
+    frame.touchingIdBits.clear();
+    filter->processRawTouches(this, 7'000'000, frame, ids);
     EXPECT_EQ(log.texts().back(), "device->getPolicy() is NULL");
-    aftplatform::useRealClock();
-    sensors::reset();
 }
 
 }  // namespace

@@ -50,7 +50,7 @@ TEST_F(Properties, LoadsBothForms) {
         {"# note\n\n  \n a = 1,2 \nb=x=y\r\nimport /vendor/build.prop\nimported=1\nempty=",
          {{"a", "1,2 "}, {"b", "x=y"}, {"imported", "1"}, {"empty", ""}}},
         {"[a]: [1]\r\n[b]: []\n[c]: [x]: [y]]\n", {{"a", "1"}, {"b", ""}, {"c", "x]: [y]"}}},
-        {"[a]: [one\n# two\n\n[3\r\nfour]\n[b]: [2]", {{"a", "one\n# two\n\n[3\nfour"}, {"b", "2"}}},
+        {"[a]: [one] \n# two\n\n[3\r\nfour]\n[b]: [2]", {{"a", "one] \n# two\n\n[3\nfour"}, {"b", "2"}}},
         {"a=first\n[a]: [last]\n", {{"a", "last"}}},
     };
     properties::set("kept", "so");

@@ -34,21 +34,21 @@ TEST(DeviceChoice, FindsTheDeviceAskedForOrTheOnlyOneThatTouches) {
 // Whoever brings a recording without touches would be told only that there are none, and not what to do about it.
 TEST(DeviceChoice, SaysWhatThereIsInstead) {
     const std::string axis = "    ABS (0003): 0035  : value 0, min 0, max 9, fuzz 0, flat 0, resolution 0\n";
-    const std::string unnamed = "in:1: device: the unnamed device of line 1 ";
+    const std::string unnamed = "1: device: the unnamed device of line 1 ";
     expectRefusals(
-        [](const std::string& text) { chooseTouchDevice(readGetevent(text, "in"), std::nullopt); },
-        {{kTwoPanels, "in:10: device: 2 devices send touches, expected the name or path of one: /dev/input/event1 "},
-         {"add device 1: /dev/a\nadd device 2: /dev/b\n" + axis, "in:2: device: the recording only describes"},
-         {"add device 1: /dev/a\n  name: \"a\"\n", "in:1: device: the recording only lists devices (/dev/a \"a\")"},
+        [](const std::string& text) { chooseTouchDevice(readGetevent(text, "in"), std::nullopt); }, "in:",
+        {{kTwoPanels, "10: device: 2 devices send touches, expected the name or path of one: /dev/input/event1 "},
+         {"add device 1: /dev/a\nadd device 2: /dev/b\n" + axis, "2: device: the recording only describes"},
+         {"add device 1: /dev/a\n  name: \"a\"\n", "1: device: the recording only lists devices (/dev/a \"a\")"},
          {"0003 0002 00000001\n0003 0003 00000001\n0001 014a 00000001\n", unnamed + "sends ABS_Z, ABS_RX, which"},
-         {"0001 014a 00000001\n0003 0000 00000001\n", "in:2: device: the unnamed device of line 1 is single-"},
+         {"0001 014a 00000001\n0003 0000 00000001\n", "2: device: the unnamed device of line 1 is single-"},
          {"0003 0039 00000001\n", unnamed + "sends multi-touch events without"},
          {"0002 0000 00000001\n", unnamed + "sends events, but none of touch"},
-         {"nothing\n", "in:1: device: the recording holds no event"}});
-    expectRefusals([](const std::string& name) { chooseTouchDevice(readGetevent(kPhone, "in"), name); },
-                   {{"event", "in:1: device: no device goes by 'event', expected one of: /dev/input/event6 \"fp\", "},
-                    {"fp", "in:7: device: there are key events only: /dev/input/event6 \"fp\" sends KEY_SELECT;"},
-                    {"event0", "in:5: device: /dev/input/event0 \"panel\" is described here but sends no event"}});
+         {"nothing\n", "1: device: the recording holds no event"}});
+    expectRefusals([](const std::string& name) { chooseTouchDevice(readGetevent(kPhone, "in"), name); }, "in:",
+                   {{"event", "1: device: no device goes by 'event', expected one of: /dev/input/event6 \"fp\", "},
+                    {"fp", "7: device: there are key events only: /dev/input/event6 \"fp\" sends KEY_SELECT;"},
+                    {"event0", "5: device: /dev/input/event0 \"panel\" is described here but sends no event"}});
     EXPECT_THROW(chooseTouchDevice(readGetevent(kTwoPanels, "in"), "panel"), InputError) << "two bear this name";
 }
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "RecordingText.h"
+#include "refhost/recording/DeviceChoice.h"
 #include "refhost/recording/Readers.h"
 
 namespace refhost {
@@ -31,7 +32,7 @@ devices:
     - [  0, 500000,   1, 116,     0]
 )";
 
-constexpr const char* kTwoDevicesEvents = "0/0:3 53 608, 0/0:0 0 0, 0/2:1 116 1, 500000/2:1 116 0, 1000020/0:3 57 -1";
+const std::string kTwoDevicesEvents = "0/0:3 53 608, 0/0:0 0 0, 0/2:1 116 1, 500000/2:1 116 0, 1000020/0:3 57 -1";
 
 // A key pressed during a touch would be replayed behind it, or a device that sent nothing would make all unreadable.
 TEST(LibinputReader, MergesDevicesByTime) {
@@ -39,8 +40,7 @@ TEST(LibinputReader, MergesDevicesByTime) {
     EXPECT_EQ(eventsOf(recording, true), kTwoDevicesEvents);
     EXPECT_EQ(recording.events[0].line, 10u);
     ASSERT_EQ(recording.devices.size(), 3u);
-    EXPECT_EQ(recording.devices[0].path, "/dev/input/event14");
-    EXPECT_EQ(recording.devices[0].name, "Panel");
+    EXPECT_EQ(describeDevice(recording.devices[0]), "/dev/input/event14 \"Panel\"");
     EXPECT_EQ(recording.devices[0].axes.at(53).minimum, -4);
     EXPECT_EQ(recording.devices[1].line, 16u);
 }
@@ -49,15 +49,13 @@ TEST(LibinputReader, MergesDevicesByTime) {
 TEST(LibinputReader, TakesPastedAndQuotedText) {
     const std::string menu = "/dev/input/event14:\tPanel\nSelect the device event number [0-14]: \n";
     const Recording pasted = readLibinput(menu + kTwoDevices + "^C\nme@host:~$ \n", "in");
-    EXPECT_EQ(eventsOf(pasted, true), kTwoDevicesEvents);
-    EXPECT_EQ(skippedLinesOf(pasted), "1 2 26 27");
+    EXPECT_EQ(eventsOf(pasted, true), kTwoDevicesEvents + "; skipped 1 2 26 27");
 
     std::string quoted;
     for (const char c : "\n" + kTwoDevices) quoted += c == '\n' ? std::string("\n> ") : std::string(1, c);
     quoted += "\n>\nSo what do you see here?\n>   # the end\n";
     const Recording mailed = readLibinput("On Monday he wrote:" + quoted, "in");
-    EXPECT_EQ(eventsOf(mailed, true), kTwoDevicesEvents);
-    EXPECT_EQ(skippedLinesOf(mailed), "1 27");
+    EXPECT_EQ(eventsOf(mailed, true), kTwoDevicesEvents + "; skipped 1 27");
     EXPECT_EQ(mailed.quotedLines, 26u);
 }
 
@@ -78,19 +76,18 @@ TEST(LibinputReader, RefusesWhatItCannotRead) {
     std::string aliases = "version: 1\ndevices:\n- events:\n  - evdev: &f\n    - &e [0, 0, 3, 53, 1]\n";
     for (int i = 0; i < 100; ++i) aliases += "    - *e\n";
     for (int i = 0; i < 100; ++i) aliases += "  - {evdev: *f}\n";
-    expectRefusals(
-        [](const std::string& text) { readLibinput(text, "in"); },
-        {{head + "    - [0, 0, 3, 53]\n", "in:6: events: evdev: expected a list of 5"},
-         {head + "    - [0, 0, 3, 65536, 1]\n", "in:6: events: evdev: '65536'"},
-         {head + "    - [0, 0, 3, 53, 2147483648]\n", "in:6: events: evdev: '2147483648'"},
-         {head + "    - [0, 1000000, 3, 53, 1]\n", "in:6: events: evdev: no time"},
-         {aliases, "in:5: events: evdev: more events than"},
-         {"version: 2\ndevices:\n", "in:1: version: '2'"},
-         {"version: 1\n", "in:1: devices: missing"},
-         {"version: 1\ndevices:\n- 3\n", "in:3: devices: expected keys"},
-         {"version: 1\ndevices:\n- evdev:\n    absinfo:\n      53: [0, 1]\n", "in:5: absinfo: 53: 2 numbers"},
-         {"version: 1\ndevices: " + std::string(100'000, '[') + "\n", "in:3: YAML: "},
-         {"", "in:1: devices: "}});
+    expectRefusals([](const std::string& text) { readLibinput(text, "in"); }, "in:",
+                   {{head + "    - [0, 0, 3, 53]\n", "6: events: evdev: expected a list of 5"},
+                    {head + "    - [0, 0, 3, 65536, 1]\n", "6: events: evdev: '65536'"},
+                    {head + "    - [0, 0, 3, 53, 2147483648]\n", "6: events: evdev: '2147483648'"},
+                    {head + "    - [0, 1000000, 3, 53, 1]\n", "6: events: evdev: no time"},
+                    {aliases, "5: events: evdev: more events than"},
+                    {"version: 2\ndevices:\n", "1: version: '2'"},
+                    {"version: 1\n", "1: devices: missing"},
+                    {"version: 1\ndevices:\n- 3\n", "3: devices: expected keys"},
+                    {"version: 1\ndevices:\n- evdev:\n    absinfo:\n      53: [0, 1]\n", "5: absinfo: 53: 2 numbers"},
+                    {"version: 1\ndevices: " + std::string(100'000, '[') + "\n", "3: YAML: "},
+                    {"", "1: devices: "}});
 }
 
 }  // namespace

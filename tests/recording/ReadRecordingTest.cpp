@@ -27,12 +27,12 @@ TEST(ReadRecording, TellsTheFormatFromTheText) {
 // Whoever names a wrong file would be left to guess what is wrong with it.
 TEST(ReadRecording, SaysWhatAForeignFileIs) {
     const std::string evtest = "Event: time 1.5, type 3 (EV_ABS), code 53 (ABS_MT_POSITION_X), value 9\n";
-    expectRefusals([](const std::string& text) { readRecordingText(text, "in"); },
-                   {{" \r\n", "in:1: format: the file is empty; expected "},
-                    {"Testing ...\n" + evtest, "in:2: format: output of evtest"},
-                    {std::string("\xff\xfe[\0 \0", 6), "in:1: format: UTF-16"},
-                    {std::string("\x01\0\x02", 3), "in:1: format: binary"},
-                    {"Dear all,\n", "in:1: format: no line"}});
+    expectRefusals([](const std::string& text) { readRecordingText(text, "in"); }, "in:",
+                   {{" \r\n", "1: format: the file is empty; expected "},
+                    {"Testing ...\n" + evtest, "2: format: output of evtest"},
+                    {std::string("\xff\xfe[\0 \0", 6), "1: format: UTF-16"},
+                    {std::string("\x01\0\x02", 3), "1: format: binary"},
+                    {"Dear all,\n", "1: format: no line"}});
     EXPECT_THROW(readRecording("/nowhere/a"), FileError);
     EXPECT_THROW(readRecording("/"), FileError);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -12,25 +14,17 @@
 
 namespace refhost {
 
-/// The events of a recording as text, `device:type code value` in decimal, or with the time in front: `1000002/0:3 53
-/// -1`.
+/// The events of a recording as text, `device:type code value` in decimal, or with the time in front, then the numbers
+/// of the skipped lines: `1000002/0:3 53 -1, 0:0 0 0; skipped 1 4`.
 inline std::string eventsOf(const Recording& recording, bool withTimes = false) {
-    std::string text;
-    for (const KernelEvent& event : recording.events) {
-        if (!text.empty()) text += ", ";
-        if (withTimes) text += std::to_string(event.timeUs) + "/";
-        text += std::to_string(event.device) + ":" + std::to_string(event.type) + " " + std::to_string(event.code) +
-                " " + std::to_string(event.value);
+    std::vector<std::string> events;
+    for (const auto& [timeUs, device, line, type, code, value] : recording.events) {
+        const std::string time = withTimes ? fmt::format("{}/", timeUs) : "";
+        events.push_back(fmt::format("{}{}:{} {} {}", time, device, type, code, value));
     }
-    return text;
-}
-
-/// The numbers of the skipped lines: "1 4".
-inline std::string skippedLinesOf(const Recording& recording) {
-    std::string text;
-    for (const SkippedLine& skipped : recording.skipped)
-        text += (text.empty() ? "" : " ") + std::to_string(skipped.line);
-    return text;
+    std::string skipped = recording.skipped.empty() ? "" : "; skipped";
+    for (const SkippedLine& line : recording.skipped) skipped += fmt::format(" {}", line.line);
+    return fmt::format("{}{}", fmt::join(events, ", "), skipped);
 }
 
 /// What the error that `call` throws says; empty when it throws none.
@@ -46,12 +40,13 @@ std::string errorOf(const Call& call) {
 
 inline bool beginsWith(std::string_view text, std::string_view start) { return text.substr(0, start.size()) == start; }
 
-/// Expects `read(text)` to refuse each first text with a message that begins with the second.
+/// Expects `read(text)` to refuse each first text with a message that begins with `where` and the second.
 template <typename Read>
-void expectRefusals(const Read& read, const std::vector<std::pair<std::string, std::string>>& refusals) {
-    for (const auto& refusal : refusals) {
-        const std::string error = errorOf([&] { read(refusal.first); });
-        EXPECT_TRUE(beginsWith(error, refusal.second)) << refusal.first.substr(0, 200) << " -> " << error;
+void expectRefusals(const Read& read, const std::string& where,
+                    const std::vector<std::pair<std::string, std::string>>& refusals) {
+    for (const auto& [text, fault] : refusals) {
+        const std::string error = errorOf([&, refused = text] { read(refused); });
+        EXPECT_TRUE(beginsWith(error, where + fault)) << text.substr(0, 200) << " -> " << error;
     }
 }
 

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "refhost/profile/ImportedTrace.h"
 #include "refhost/recording/Readers.h"
 #include "tests/recording/RecordingText.h"
@@ -56,35 +58,28 @@ timeline: [{at: 0.25, rotate: 1}, {at: 0.25, keyguard: true, property: {k: v}}, 
 
 // A recording whose clock was set, or whose devices are slightly out of order, would freeze the replay or stretch it.
 TEST(Import, TheClockGoesOnWhateverTheRecordingsDoes) {
-    const struct {
-        std::vector<double> seconds;  ///< of each report; 0: without a time
-        std::vector<int64_t> whenMs;
-        size_t notes;  ///< of jumps and disorder
-    } cases[] = {
-        {{5000, 5000.1, 1400, 1400.2}, {0, 100, 100, 300}, 1},
-        {{1.5, 1700000000, 1700000000.5}, {0, 0, 500}, 1},
-        {{100, 100.4, 100.2, 100.3, 100.5}, {0, 400, 400, 400, 500}, 1},
-        {{100, 101, 100, 100, 31000100}, {0, 1000, 1000, 1000, 31000000000}, 1},
-        {{0, 0, 0}, {0, 10, 20}, 0},
-    };
-    for (const auto& c : cases) {
+    // Seconds of each report, 0 for one without a time, the trace's milliseconds, and notes of jumps and disorder.
+    using Case = std::tuple<std::vector<double>, std::vector<int64_t>, size_t>;
+    for (const auto& [seconds, expected, notes] :
+         {Case{{5000, 5000.1, 1400, 1400.2}, {0, 100, 100, 300}, 1}, Case{{1.5, 1.7e9, 1.7e9 + 0.5}, {0, 0, 500}, 1},
+          Case{{100, 100.4, 100.2, 100.3, 100.5}, {0, 400, 400, 400, 500}, 1},
+          Case{{100, 101, 100, 100, 31000100}, {0, 1000, 1000, 1000, 31000000000}, 1},
+          Case{{0, 0, 0}, {0, 10, 20}, 0}}) {
         std::string text;
-        for (const double at : c.seconds) {
-            const std::string time = at > 0 ? fmt::format("[{:15.6f}] ", at) : "";
-            for (const char* event : {"0003 0035 00000001\n", "0003 0036 00000001\n", "0000 0000 00000000\n"})
-                text += time + event;
+        for (const double at : seconds) {
+            text += at > 0 ? fmt::format("[{:15.6f}] ", at) : "";
+            text += "0003 0035 00000001\n0003 0036 00000001\n0000 0000 00000000\n";
         }
         ImportedTrace trace = imported(text);
         std::vector<int64_t> whenMs;
-        TraceLine line;
-        while (trace.next(line)) {
+        for (TraceLine line; trace.next(line);) {
             const auto* frame = std::get_if<ProcessRawTouches>(&line.event);
             if (frame == nullptr) continue;
             whenMs.push_back((frame->when - TraceClock::kStartNs) / 1'000'000);
             EXPECT_EQ(line.t, frame->when);
         }
-        EXPECT_EQ(whenMs, c.whenMs) << text;
-        EXPECT_EQ(trace.leftOut().size(), c.notes) << text;
+        EXPECT_EQ(whenMs, expected) << text;
+        EXPECT_EQ(trace.leftOut().size(), notes) << text;
     }
 }
 

@@ -25,17 +25,14 @@ std::string textOf(size_t bytes) { return "\"" + std::string(bytes, 'v') + "\"}"
 
 // A trace written by hand, without what is usual in it, would be replayed with other fingers, keys, windows or devices.
 TEST(TraceReader, WhatIsAbsentIsAsUsual) {
-    const std::pair<std::string, std::string> frames[] = {
-        {"}]}", R"(,"axes":[0,0,0,0,0,0,0,0,0,0],"hovering":false,"extraData":0,"reserved":0}]})"},
-        {"}]}", R"(}],"touching":[4],"hovering":[],"ids":[4],"idToIndex":{"4":0}})"},
-        {R"(,"hovering":true}]})", R"(,"hovering":true}],"touching":[],"hovering":[4],"ids":[]})"},
-        {R"(}],"touching":[]})", R"(}],"touching":[],"ids":[]})"},
-    };
-    for (const auto& [brief, full] : frames) {
-        EXPECT_EQ(rewritten(kDevices + kPointer + brief), rewritten(kDevices + kPointer + full)) << brief;
-    }
     const std::pair<std::string, std::string> lines[] = {
-        {kKey + "1}", kKey + R"(1,"scanCode":0,"metaState":0,"policyFlags":0})"},
+        {kPointer + "}]}",
+         kPointer + R"(,"axes":[0,0,0,0,0,0,0,0,0,0],"hovering":false,"extraData":0,"reserved":0}]})"},
+        {kPointer + "}]}", kPointer + R"(}],"touching":[4],"hovering":[],"ids":[4],"idToIndex":{"4":0}})"},
+        {kPointer + R"(,"hovering":true}]})",
+         kPointer + R"(,"hovering":true}],"touching":[],"hovering":[4],"ids":[]})"},
+        {kPointer + R"(}],"touching":[]})", kPointer + R"(}],"touching":[],"ids":[]})"},
+        {kKey + " 1 } \t\r\n" + kKey + "1}", kKey + "1}\n" + kKey + R"(1,"scanCode":0,"metaState":0,"policyFlags":0})"},
         {kWindow + "}]}", kWindow + R"(,"token":true,"type":1,"frame":[0,0,0,0],"visible":true,"notchArea":false}],)"
                                     R"("focused":null,"keyguard":false})"},
         {kSurface + R"(,"width":1})",
@@ -51,8 +48,8 @@ TEST(TraceReader, WhatIsAbsentIsAsUsual) {
 // An engineer whose trace has a fault would be sent to the wrong place, or the fault would be replayed as if it were
 // none.
 TEST(TraceReader, NamesTheFault) {
-    std::string seventeen = kFrame;
-    for (int id = 0; id < 17; ++id) seventeen += fmt::format(R"({}{{"id":{},"x":0,"y":0}})", id > 0 ? "," : "", id);
+    std::string seventeen = kFrame + "0";
+    for (int id = 1; id < 17; ++id) seventeen += ",0";  // counted before any of them is read
     const std::pair<std::string, std::string> cases[] = {
         {R"({"call":"processTouches"})", R"(call: unknown "processTouches"; expected one of processRawTouches, )"},
         {R"({"t":1})", R"(line: neither "call" nor "platform")"},
@@ -66,7 +63,6 @@ TEST(TraceReader, NamesTheFault) {
         {kKey + "1.0}", "when: not an integer"},
         {kKey + "9223372036854775808}", "when: does not fit; expected -9223372036854775808 to 9223372036854775807"},
         {kKey + R"(1,"policyFlags":4294967296})", "policyFlags: does not fit; expected 0 to 4294967295"},
-        {kKey + R"(1,"scanCode":2147483648})", "scanCode: does not fit; expected -2147483648 to 2147483647"},
         {kFrame + R"({"id":32,"x":7,"y":8}]})", "pointers[0].id: no pointer id; expected 0 to 31"},
         {kPointer + R"(},{"id":4,"x":7,"y":8}]})", "pointers[1].id: another pointer"},
         {seventeen + "]}", "pointers: 17 pointers; expected at most 16"},
@@ -80,26 +76,21 @@ TEST(TraceReader, NamesTheFault) {
         {kSurface + R"(,"width":1,"scale":[1,true]})", "scale[1]: not a number"},
         {kProperty + textOf(92), "value: 92 bytes long; expected at most 91"},
         {R"({"platform":"setProperty","key":"","value":"v"})", "key: empty"},
-        {R"({"platform":"sensor"})",
-         R"(platform: unknown "sensor"; expected one of sensorEvent, sensorService, setPro)"},
+        {R"({"platform":"sensor"})", R"(platform: unknown "sensor"; expected one of sensorEvent, sensorService, )"},
         {kSample + "}", "timestamp: missing"},
         {kSample + R"(,"timestamp":1,"values":[0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0]})", "values: 17 values; expected at"},
         {kSample + R"(,"timestamp":1,"values":[0,"1"]})", "values[1]: not a number"},
         {kService + "}", R"(line: neither "state" nor "fails")"},
-        {kService + R"(,"state":"dead"})",
-         R"(state: unknown "dead"; expected one of dies, registers, absent, present)"},
-        {kService + R"(,"state":"dies","fails":{"enable":"result"}})",
-         "fails.enable: unknown key; expected one of getSe"},
-        {kService + R"(,"fails":{"enableSensor":"noQueue"}})",
-         R"(fails.enableSensor: unknown "noQueue"; expected one of transport, result)"},
+        {kService + R"(,"state":"dead"})", R"(state: unknown "dead"; expected one of dies, registers, absent, )"},
+        {kService + R"(,"state":"dies","fails":{"enable":"result"}})", "fails.enable: unknown key; expected one"},
+        {kService + R"(,"fails":{"enableSensor":"noQueue"}})", R"(fails.enableSensor: unknown "noQueue"; expected )"},
         // Of the header itself.
         {"", "1: trace: the file is empty"},
         {"\n", "1: trace: no JSON object, so no trace; expected its header (a recording needs --profile)"},
         {R"({"call":"notifyInputStart"})", "1: trace: no header"},
         {R"({"trace":"zqaft","version":2})", "1: version: unknown; expected 1"},
         {kHead + R"(,"devices":[{"id":1,"name":"a"},{"id":1,"name":"b"}]})", "1: devices[1].id: another device"},
-        {kHead + R"(,"sensors":[{"type":3,"handle":7},{"type":3,"handle":8},{"type":9,"handle":7}]})",
-         "1: sensors[2].handle: sensors[0] has it"},
+        {kHead + R"(,"sensors":[{"type":3,"handle":7},{"type":9,"handle":7}]})", "1: sensors[1].handle: sensors[0] "},
         {kHead + R"(,"properties":{"k":"1","k":"1"}})", "1: properties.k: given twice"},
         {kHead + R"(,"properties":{"":"v"}})", "1: properties: a property without a name"},
         {kHead + R"(,"properties":{"k":)" + textOf(92) + "}", "1: properties.k: 92 bytes"},
@@ -117,18 +108,6 @@ TEST(TraceReader, NamesTheFault) {
     }
 }
 
-// Traces that went through an editor, and values at the very edge of what fits, would be refused.
-TEST(TraceReader, TakesWhatIsJustRight) {
-    EXPECT_EQ(rewritten(kDevices + kKey + "1}\r\n" + kKey + " 1 } \t"),
-              rewritten(kDevices + kKey + "1}\n" + kKey + "1}\n"));
-    for (const std::string& line : {kProperty + textOf(91), kKey + R"(-9223372036854775808,"scanCode":-2147483648})",
-                                    kKey + R"(9223372036854775807,"scanCode":2147483647,"policyFlags":4294967295})",
-                                    kPointer + R"(}],"ids":[31,4],"idToIndex":{"31":15}})",
-                                    kSurface + R"(,"width":1,"translate":[3.4028235e38,-3.4028235e38]})"}) {
-        EXPECT_EQ(errorOf([&] { rewritten(kDevices + line); }), "") << line;
-    }
-}
-
 // What an import writes would come back as another gesture on another phone.
 TEST(TraceWriter, WhatIsWrittenReadsAsTheSame) {
     std::string trace = R"({"trace":"zqaft","version":1,"properties":{"b":"\"q\" \\ \u0001 µ","a":""},"devices":[)"
@@ -137,13 +116,13 @@ TEST(TraceWriter, WhatIsWrittenReadsAsTheSame) {
                         "\n";
     for (
         const char* line : {
-            R"({"call":"processKey","device":-3,"when":-1,"keyCode":513,"scanCode":-2,"down":true,"metaState":3,"policyFlags":4294967295})",
+            R"({"call":"processKey","device":-3,"when":-9223372036854775808,"keyCode":513,"scanCode":-2147483648,"down":true,"metaState":2147483647,"policyFlags":4294967295})",
             R"({"t":0,"call":"processRawTouches","device":null,"when":1,"pointers":[]})",
-            R"({"t":1,"call":"processRawTouches","device":5,"when":2,"pointers":[{"id":31,"x":-2147483648,"y":2147483647,"axes":[1,-2,3,4,5,6,7,8,9,10],"hovering":true,"extraData":4294967295,"reserved":9},{"id":0,"x":1,"y":2}]})",
+            R"({"t":1,"call":"processRawTouches","device":5,"when":9223372036854775807,"pointers":[{"id":31,"x":-2147483648,"y":2147483647,"axes":[1,-2,3,4,5,6,7,8,9,10],"hovering":true,"extraData":4294967295,"reserved":9},{"id":0,"x":1,"y":2}]})",
             R"({"call":"processRawTouches","device":5,"when":2,"pointers":[{"id":3,"x":1,"y":2},{"id":4,"x":3,"y":4}],"touching":[4,6],"hovering":[3,8],"ids":[3,5,7],"idToIndex":{"3":1,"4":0,"5":15,"6":0,"7":0,"31":2}})",
             R"({"call":"processRawTouches","device":5,"when":2,"pointers":[{"id":3,"x":1,"y":2}],"touching":[],"ids":[3]})",
             R"({"call":"processInputWindow","windows":[{"name":"a"},{"name":"b\"","token":false,"type":2019,"frame":[-1,2,3,4],"visible":false,"notchArea":true}],"focused":1,"keyguard":true})",
-            R"({"call":"configureSurface","device":5,"width":1080,"height":2340,"orientation":3,"calibration":[1.5,0.1,-3,1e+20,1.1754944e-38,6],"rawX":[-1,1079],"rawY":[2,2339],"scale":[0.33333334,2],"translate":[0,0.5]})",
+            R"({"call":"configureSurface","device":5,"width":1080,"height":2340,"orientation":3,"calibration":[1.5,0.1,-3,1e+20,1.1754944e-38,6],"rawX":[-1,1079],"rawY":[2,2339],"scale":[0.33333334,-3.4028235e+38],"translate":[0,0.5]})",
             R"({"call":"configureSurface","device":null,"width":-1,"height":0,"orientation":0,"rawX":[0,0],"rawY":[0,0]})",
             R"({"t":9223372036854775807,"call":"notifyInputStart"})",
             R"({"call":"notifyScreenState"})",
@@ -155,6 +134,7 @@ TEST(TraceWriter, WhatIsWrittenReadsAsTheSame) {
         }) {
         trace += std::string(line) + "\n";
     }
+    trace += kProperty + textOf(91) + "\n";
     EXPECT_EQ(rewritten(trace), trace);
 }
 

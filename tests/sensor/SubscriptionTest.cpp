@@ -3,10 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
+#include <regex>
 #include <string>
+#include <tuple>
 #include <utility>
-#include <vector>
 
 #include "aft/foldable/ZqAftFoldableStateManager.h"
 #include "aft/slidecover/ZqAftSCStateManager.h"
@@ -19,37 +19,9 @@ namespace {
 namespace sensors = aftplatform::sensors;
 using sensors::Call;
 using sensors::Fault;
-using Story = std::vector<std::string>;
 
-/// A log line ("W text") or a call ("-> name arguments"): of the slide cover's manager, and of the fold angle's.
-struct Line {
-    Line(const char* both) : cover(both), fold(both) {}
-    Line(std::string ofCover, std::string ofFold) : cover(std::move(ofCover)), fold(std::move(ofFold)) {}
-    bool operator==(const Line&) const = default;
-
-    std::string cover;
-    std::string fold;
-};
-using Lines = std::vector<Line>;
-
-Lines operator+(Lines first, const Lines& then) {
-    first.insert(first.end(), then.begin(), then.end());
-    return first;
-}
-
-const Line kEnable{"I enableSCSensor", "I enableSensor"};
-const Line kNotConnected{"W enableSCSensor() mInitCheck is false", "W enableSensor() mInitCheck is false"};
-const Line kNoQueue{"W enableSCSensor() mSensorManager/mSensorEventQueue is NULL",
-                    "W enableSensor() mSensorManager/mSensorEventQueue is nullptr"};
-const Line kLookUp{"-> getDefaultSensor 65557", "-> getDefaultSensor 3"};
-const Line kAsk{"-> enableSensor 7 0 0", "-> enableSensor 9 0 0"};
-const Line kEnabled{"I enableSCSensor success", "I enableSensor success"};
-const Line kDisable{"I disableSCSensor", "I disableSensor"};
-const char* const kLink = "-> linkToDeath 0";
-const char* const kMakeQueue = "-> createEventQueue";
-const char* const kDisabled = "I disableSensor success";
-
-/// One of the managers, called by what it does, and a sensor service that has both sensors.
+/// One of the managers, called by what it does, and a sensor service that has both sensors. What happens is a text of
+/// log lines ("W text; ") and calls ("-> name arguments; ").
 class Subscription : public testing::TestWithParam<bool> {
   protected:
     Subscription() {
@@ -58,221 +30,149 @@ class Subscription : public testing::TestWithParam<bool> {
         sensors::offer({{65557, 7}, {3, 9}});
         sensors::setPresent(true);
         sensors::setListener([this](const sensors::Reached& reached) {
-            mStory.push_back("-> " + std::string(nameOf(refhost::kServiceCalls, reached.call)));
-            for (const int64_t argument : reached.arguments) mStory.back() += " " + std::to_string(argument);
+            mStory.append("-> ").append(nameOf(refhost::kServiceCalls, reached.call));
+            for (const int64_t argument : reached.arguments) mStory += " " + std::to_string(argument);
+            mStory += "; ";
         });
         aftplatform::setLogSink([this](const aftplatform::LogLine& line) {
-            EXPECT_EQ(line.tag, folds() ? "ZqFoldableDeviceAftProcessor" : "ZqAftSCStateManager");
-            mStory.push_back({aftplatform::priorityName(line.priority)[0], ' '});
-            mStory.back() += line.text;
+            EXPECT_EQ(line.tag, as("{ZqAftSCStateManager|ZqFoldableDeviceAftProcessor}"));
+            mStory += aftplatform::priorityName(line.priority)[0];
+            mStory.append(" ").append(line.text).append("; ");
         });
     }
     ~Subscription() override {
-        mCover = nullptr;
-        mFold = nullptr;
+        cover = nullptr;
+        fold = nullptr;
         sensors::reset();
         aftplatform::setLogSink({});
     }
 
     static bool folds() { return GetParam(); }
     void make() {
-        if (folds()) {
-            mFold = new ZqAftFoldableStateManager();
-        } else {
-            mCover = new ZqAftSCStateManager();
-        }
+        cover = folds() ? nullptr : new ZqAftSCStateManager();
+        fold = folds() ? new ZqAftFoldableStateManager() : nullptr;
     }
-    void enable() { folds() ? mFold->enableSensor() : mCover->enableSCSensor(); }
-    void disable() { folds() ? mFold->disableSensor() : mCover->disableSCSensor(); }
-    bool enabled() { return folds() ? mFold->enabled() : mCover->enabled(); }
-    bool connected() { return folds() ? mFold->initCheck() : mCover->initCheck(); }
-
     /// What has happened since this was last asked.
-    Story told() { return std::exchange(mStory, {}); }
-    static Story as(const Lines& lines) {
-        Story story;
-        for (const Line& line : lines) story.push_back(folds() ? line.fold : line.cover);
-        return story;
+    std::string told() { return std::exchange(mStory, {}); }
+    std::string enabling() { return folds() ? fold->enableSensor() : cover->enableSCSensor(), told(); }
+    std::string disabling() { return folds() ? fold->disableSensor() : cover->disableSCSensor(), told(); }
+    bool enabled() { return folds() ? fold->enabled() : cover->enabled(); }
+    /// The text for this manager of one like "I enable{SC|}Sensor; ": the slide cover's word, the fold angle's.
+    static std::string as(const std::string& text) {
+        return std::regex_replace(text, std::regex(R"(\{(.*?)\|(.*?)\})"), folds() ? "$2" : "$1");
     }
 
-    /// Connects, as each does it, and enables.
-    void expectToEnable(const Lines& connecting, const Lines& enabling) {
-        const bool connects = !connected();
-        if (folds()) {
-            enable();
-            const Lines entry = connects ? Lines{kEnable, "E ZqAftFoldableStateManager init"} : Lines{kEnable};
-            EXPECT_EQ(told(), as(entry + connecting + enabling));
-        } else {
-            EXPECT_EQ(told(), as(connecting));
-            enable();
-            EXPECT_EQ(told(), as(Lines{kEnable} + enabling));
-        }
-    }
-
-    sp<ZqAftSCStateManager> mCover;
-    sp<ZqAftFoldableStateManager> mFold;
+    sp<ZqAftSCStateManager> cover;
+    sp<ZqAftFoldableStateManager> fold;
 
   private:
-    Story mStory;
+    std::string mStory;
 };
 
 INSTANTIATE_TEST_SUITE_P(Of, Subscription, testing::Bool(),
                          [](const auto& user) { return user.param ? "FoldAngle" : "SlideCover"; });
 
+const std::string kConnect = "-> linkToDeath 0; -> createEventQueue; ";
+const std::string kEnable = "I enable{SC|}Sensor; ", kDisable = "I disable{SC|}Sensor; ";
+const std::string kNotConnected = "W enable{SC|}Sensor() mInitCheck is false; ";
+const std::string kLookUp = "-> getDefaultSensor {65557|3}; ";
+const std::string kAll = kLookUp + "-> enableSensor {7|9} 0 0; I enable{SC|}Sensor success; ";
+
 // Each failure is told in its own words and stops where it happened; once mended, what had been reached is not asked
 // again. A step too many blocks the input service, a step too few leaves the sensor dead.
 TEST_P(Subscription, EveryCallThatFails) {
-    struct Case {
-        Call call;
-        Fault fault;
-        Lines connecting, enabling;
-        Lines connectingAgain, enablingAgain;
+    const std::string oneQueue = "-> createEventQueue; ";
+    const std::string noQueue = "W enable{SC|}Sensor() mSensorManager/mSensorEventQueue is {NULL|nullptr}; ";
+    const std::string linkLost = "E Transaction error in linking to SensorManager death; ";
+    const std::string queueLost = "-> linkToDeath 0; I createEventQueue hidl transport error; ";
+    const std::string notAsked = "E getDefaultSensor(type={65557|3}) Hidl transport error; ";
+    const std::string noSensor = kLookUp + "I enable{SC|}Sensor getDefaultSensor res not ok; ";
+    const std::string lost = kLookUp + "I enableSensor {7|9} Hidl transport error; ";
+    const std::string refused = kLookUp + "-> enableSensor {7|9} 0 0; I sensorEventQueue enableSensor fail; ";
+    // The slide cover's connects by itself, the fold angle's with the enabling, which says so where it has to.
+    const auto starting = [](const std::string& connects, const std::string& enables) {
+        const std::string entry = connects.empty() ? "" : "E ZqAftFoldableStateManager init; ";
+        return as(folds() ? kEnable + entry + connects + enables : connects + kEnable + enables);
     };
-    const Lines connect = {kLink, kMakeQueue}, all = {kLookUp, kAsk, kEnabled};
-    for (const Case& c :
-         {Case{Call::GetService, Fault::Transport, {"E fail to get SensorManager"}, {kNotConnected}, connect, all},
-          Case{Call::LinkToDeath,
-               Fault::Transport,
-               {"E Transaction error in linking to SensorManager death"},
-               {kNotConnected},
-               {kMakeQueue},
-               all},
-          Case{Call::LinkToDeath, Fault::Result, connect, all, {}, {}},
-          Case{Call::CreateEventQueue,
-               Fault::Transport,
-               {kLink, "I createEventQueue hidl transport error"},
-               {kNotConnected},
-               {kMakeQueue},
-               all},
-          Case{Call::CreateEventQueue, Fault::Result, connect, all, {}, {}},
-          Case{Call::CreateEventQueue, Fault::NoQueue, connect, {kNoQueue}, {}, {kNoQueue}},
-          Case{Call::GetDefaultSensor,
-               Fault::Transport,
-               connect,
-               {{"E getDefaultSensor(type=65557) Hidl transport error",
-                 "E getDefaultSensor(type=3) Hidl transport error"}},
-               {},
-               all},
-          Case{
-              Call::GetDefaultSensor,
-              Fault::Result,
-              connect,
-              {kLookUp, {"I enableSCSensor getDefaultSensor res not ok", "I enableSensor getDefaultSensor res not ok"}},
-              {},
-              all},
-          Case{Call::EnableSensor,
-               Fault::Transport,
-               connect,
-               {kLookUp, {"I enableSensor 7 Hidl transport error", "I enableSensor 9 Hidl transport error"}},
-               {},
-               all},
-          Case{Call::EnableSensor,
-               Fault::Result,
-               connect,
-               {kLookUp, kAsk, "I sensorEventQueue enableSensor fail"},
-               {},
-               all}}) {
-        SCOPED_TRACE(nameOf(refhost::kServiceCalls, c.call));
-        sensors::setFaults({{c.call, c.fault}});
+    using Case = std::tuple<Call, Fault, std::string, std::string, std::string, std::string>;
+    for (const auto& [call, fault, connects, enables, connectsAgain, enablesAgain] :
+         {Case{Call::GetService, Fault::Transport, "E fail to get SensorManager; ", kNotConnected, kConnect, kAll},
+          Case{Call::LinkToDeath, Fault::Transport, linkLost, kNotConnected, oneQueue, kAll},
+          Case{Call::LinkToDeath, Fault::Result, kConnect, kAll, "", ""},
+          Case{Call::CreateEventQueue, Fault::Transport, queueLost, kNotConnected, oneQueue, kAll},
+          Case{Call::CreateEventQueue, Fault::Result, kConnect, kAll, "", ""},
+          Case{Call::CreateEventQueue, Fault::NoQueue, kConnect, noQueue, "", noQueue},
+          Case{Call::GetDefaultSensor, Fault::Transport, kConnect, notAsked, "", kAll},
+          Case{Call::GetDefaultSensor, Fault::Result, kConnect, noSensor, "", kAll},
+          Case{Call::EnableSensor, Fault::Transport, kConnect, lost, "", kAll},
+          Case{Call::EnableSensor, Fault::Result, kConnect, refused, "", kAll}}) {
+        SCOPED_TRACE(connects + enables);
+        sensors::setFaults({{call, fault}});
         make();
-        expectToEnable(c.connecting, c.enabling);
-        EXPECT_EQ(enabled(), c.enabling == all);
+        EXPECT_EQ(enabling(), starting(connects, enables));
         sensors::setFaults({});
-        if (!folds()) mCover->init();
-        expectToEnable(c.connectingAgain, c.enablingAgain);
-        EXPECT_EQ(enabled(), c.enablingAgain != Lines{kNoQueue});
-        EXPECT_TRUE(connected());
+        if (!folds()) cover->init();
+        EXPECT_EQ(enabling(), starting(connectsAgain, enablesAgain));
     }
 }
 
 // A sensor that the service would not give up counts as disabled, one that it was never asked about does not; the
 // handle is that of the enabling. Otherwise it runs on unseen, or is never enabled again.
 TEST_P(Subscription, Disabling) {
-    const auto off = [](int connected) {
-        const std::string flags = "mInitCheck=" + std::to_string(connected);
-        return Line("W disableSCSensor() mInitCheck=1, mSCSensorEnabled=0",
-                    "W disableSensor() " + flags + ", mSensorEnabled=0");
-    };
     make();
-    told();
-    disable();
-    EXPECT_EQ(told(), as({kDisable, off(0)}));
-    enable();
-    told();
-    enable();
-    EXPECT_EQ(told(), as({kEnable})) << "enabled twice";
+    EXPECT_EQ(disabling(), as("{" + kConnect + "|}" + kDisable +
+                              "W disable{SC|}Sensor() mInitCheck={1|0}, m{SC|}SensorEnabled=0; "));
+    enabling();
+    EXPECT_EQ(enabling(), as(kEnable));
     sensors::offer({{65557, 17}, {3, 19}});
     sensors::setFaults({{Call::DisableSensor, Fault::Transport}});
-    disable();
-    EXPECT_EQ(told(), as({kDisable, "E disable Sensor Hidl transport error"}));
+    EXPECT_EQ(disabling(), as(kDisable + "E disable Sensor Hidl transport error; "));
     EXPECT_TRUE(enabled());
     sensors::setFaults({{Call::DisableSensor, Fault::Result}});
-    disable();
-    EXPECT_EQ(told(), as({kDisable,
-                          {"-> disableSensor 7", "-> disableSensor 9"},
-                          {"E disableSensor fail:7", "E disableSensor fail:9"},
-                          kDisabled}));
-    EXPECT_FALSE(enabled());
-    disable();
-    EXPECT_EQ(told(), as({kDisable, off(1)}));
+    EXPECT_EQ(disabling(),
+              as(kDisable + "-> disableSensor {7|9}; E disableSensor fail:{7|9}; I disableSensor success; "));
+    EXPECT_EQ(disabling(), as(kDisable + "W disable{SC|}Sensor() mInitCheck=1, m{SC|}SensorEnabled=0; "));
     sensors::setFaults({});
-    enable();
-    EXPECT_EQ(told(), as({kEnable, kLookUp, {"-> enableSensor 17 0 0", "-> enableSensor 19 0 0"}, kEnabled}));
-    disable();
-    EXPECT_EQ(told(), as({kDisable, {"-> disableSensor 17", "-> disableSensor 19"}, kDisabled}));
-    folds() ? mFold->deInit() : mCover->deInit();
-    EXPECT_EQ(told(), Story{});
-    EXPECT_FALSE(connected());
+    EXPECT_EQ(enabling(), as(kEnable + kLookUp + "-> enableSensor {17|19} 0 0; I enable{SC|}Sensor success; "));
+    EXPECT_EQ(disabling(), as(kDisable + "-> disableSensor {17|19}; I disableSensor success; "));
+    folds() ? fold->deInit() : cover->deInit();
+    EXPECT_EQ(disabling(), as(kDisable + "W disable{SC|}Sensor() mInitCheck=0, m{SC|}SensorEnabled=0; "));
+    sensors::die();
+    EXPECT_EQ(told(), "") << "called the service, or was still linked to it";
 }
 
 // The slide cover's manager lets a dead service go and comes back with it; the fold angle's goes on as if nothing had
-// happened.
+// happened. A manager that has gone says nothing, and what the platform still holds of it finds nobody.
 TEST_P(Subscription, TheServiceDiesAndReturns) {
     make();
-    enable();
-    told();
+    enabling();
     sensors::registers();
-    EXPECT_EQ(told(), folds() ? Story{} : Story{"I enableSCSensor"}) << "announced although it never went";
+    EXPECT_EQ(told(), as("{I enableSCSensor; |}")) << "announced although it never went";
     sensors::die();
-    EXPECT_EQ(told(), folds() ? Story{"I ZqAftFoldableStateManager serviceDied!"} : Story{});
+    EXPECT_EQ(told(), as("{|I ZqAftFoldableStateManager serviceDied!; }"));
     EXPECT_EQ(enabled(), folds());
-    EXPECT_EQ(connected(), folds());
-    enable();
-    EXPECT_EQ(told(), folds() ? as({kEnable}) : as({kEnable, kNotConnected}));
-    disable();
-    EXPECT_EQ(told(),
-              as({kDisable,
-                  {"W disableSCSensor() mInitCheck=0, mSCSensorEnabled=0", "E disable Sensor Hidl transport error"}}));
+    EXPECT_EQ(enabling(), as(kEnable + (folds() ? "" : kNotConnected)));
+    EXPECT_EQ(disabling(), as(kDisable + "{W disableSCSensor() mInitCheck=0, mSCSensorEnabled=0|"
+                                         "E disable Sensor Hidl transport error}; "));
     sensors::setFaults({{Call::GetService, Fault::Transport}});
     sensors::registers();
-    EXPECT_EQ(told(), folds() ? Story{} : as({"E fail to get SensorManager", kEnable, kNotConnected}));
+    EXPECT_EQ(told(), folds() ? "" : as("E fail to get SensorManager; " + kEnable + kNotConnected));
     sensors::setFaults({});
     sensors::registers();
-    EXPECT_EQ(told(), folds() ? Story{} : as({kLink, kMakeQueue, kEnable, kLookUp, kAsk, kEnabled}));
+    EXPECT_EQ(told(), folds() ? "" : as(kConnect + kEnable + kAll));
     EXPECT_TRUE(enabled());
-}
-
-// A manager that goes away says nothing to the service; what the platform still holds of it finds nobody, and nothing
-// is called that is gone.
-TEST_P(Subscription, TheManagerGoesFirst) {
-    make();
-    enable();
     sensors::die();
     told();
-    mCover = nullptr;
-    mFold = nullptr;
-    EXPECT_EQ(told(), Story{});
+    cover = nullptr;
+    fold = nullptr;
+    EXPECT_EQ(told(), "");
     sensors::registers();
-    EXPECT_EQ(told(), folds() ? Story{} : Story{"W mSCFilter is NULL"});
-    if (!folds()) {
-        const sp<hidl_death_recipient> recipient = new ZqAftSCStateManager::SensorDeathRecipient(nullptr);
-        recipient->serviceDied(0, nullptr);
-        EXPECT_EQ(told(), Story{"W mSCFilter is NULL"});
-    }
-    const sp<IEventQueueCallback> callback = folds() ? sp<IEventQueueCallback>(new ZqAftFoldableSensorEventCallback({}))
-                                                     : new ZqAftSCSensorEventCallback({});
-    EXPECT_TRUE(callback->onEvent({}).isOk());
-    EXPECT_EQ(told(), Story{});
+    EXPECT_EQ(told(), as("{W mSCFilter is NULL; |}"));
+    const sp<hidl_death_recipient> left = new ZqAftSCStateManager::SensorDeathRecipient(nullptr);
+    if (!folds()) left->serviceDied(0, nullptr);
+    EXPECT_EQ(told(), as("{W mSCFilter is NULL; |}"));
+    EXPECT_TRUE(sp<IEventQueueCallback>(new ZqAftSCSensorEventCallback(nullptr))->onEvent({}).isOk());
+    EXPECT_TRUE(sp<IEventQueueCallback>(new ZqAftFoldableSensorEventCallback(nullptr))->onEvent({}).isOk());
 }
 
 }  // namespace

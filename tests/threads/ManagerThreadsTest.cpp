@@ -5,8 +5,8 @@
 #include <thread>
 
 #include "aft/foldable/ZqAftFoldableStateManager.h"
-#include "platform/control/LogSink.h"
 #include "platform/control/SensorService.h"
+#include "tests/support/Log.h"
 
 namespace test {
 namespace {
@@ -14,7 +14,7 @@ namespace {
 // An angle that arrives while the sensor is being disabled meets the emptying of its window: neither is torn, and no
 // sample lies beyond the window's end.
 TEST(ManagerThreads, AnAngleMeetsTheEmptyingOfItsWindow) {
-    aftplatform::setLogSink([](const aftplatform::LogLine& /*line*/) {});
+    const LogRecorder quiet;
     aftplatform::sensors::offer({{3, 9}});
     aftplatform::sensors::setPresent(true);
     const android::sp<android::ZqAftFoldableStateManager> manager = new android::ZqAftFoldableStateManager();
@@ -36,7 +36,6 @@ TEST(ManagerThreads, AnAngleMeetsTheEmptyingOfItsWindow) {
     reader.join();
     EXPECT_FALSE(manager->enabled());
     aftplatform::sensors::reset();
-    aftplatform::setLogSink({});
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <barrier>
 #include <functional>
 #include <thread>
 #include <vector>
@@ -13,6 +14,7 @@
 #include "platform/control/SensorService.h"
 #include "refhost/play/HostDevice.h"
 #include "refhost/play/Plugin.h"
+#include "tests/support/Finger.h"
 
 namespace test {
 namespace {
@@ -26,6 +28,9 @@ using android::sp;
 constexpr int32_t kCover = 7;
 constexpr int32_t kFoldAngle = 9;
 constexpr int kRounds = 1500;
+
+/// What a thread does in one round.
+using Job = std::function<void(int)>;
 
 /// A phone with all filters on and no thread of its own.
 class Threads : public ::testing::Test {
@@ -47,14 +52,10 @@ class Threads : public ::testing::Test {
     }
 
     void windows(bool marked) {
-        sp<InputWindowHandle> bar = new InputWindowHandle();
+        const sp<InputWindowHandle> bar = new InputWindowHandle(), game = new InputWindowHandle();
         bar->name = "Window{1 u0 NavigationBar}";
         bar->layoutParamsType = InputWindowHandle::kTypeNavigationBar;
-        bar->frameTop = 2214;
-        bar->frameRight = 1080;
-        bar->frameBottom = 2340;
         bar->visible = marked;
-        sp<InputWindowHandle> game = new InputWindowHandle();
         game->token = &mToken;
         game->name = "com.android.incallui/com.android.incallui.InCallActivity";
         game->frameRight = marked ? 2340 : 100;
@@ -78,40 +79,26 @@ class Threads : public ::testing::Test {
     }
 
     /// One frame with a finger in the notch band, one over the sensor and one elsewhere, or without any.
-    void frame(int64_t when, bool fingers) {
-        RawPointerData data{};
-        const int32_t places[][2] = {{500, 20}, {540, 2200}, {100, 1000}};
-        for (uint32_t id = 0; fingers && id < 3; ++id) {
-            auto& pointer = data.pointers[id];
-            pointer.id = id;
-            pointer.x = places[id][0];
-            pointer.y = places[id][1];
-            if (id == 2 && when % 7 == 0) pointer.extraData = RawPointerData::Pointer::kAbnormal;
-            data.idToIndex[id] = data.pointerCount++;
-            data.touchingIdBits.markBit(id);
-        }
+    void frame(int64_t when, bool touching) {
+        const Finger elsewhere = finger(2).at(100, 1000).flagged(when % 7 == 0 ? kAbnormal : 0);
+        const Fingers fingers = {finger(0).at(500, 20), finger(1).at(540, 2200), elsewhere};
+        RawPointerData data = frameOf(touching ? fingers : kNone);
         BitSet32 ids = data.touchingIdBits;
         mPlugin->processRawTouches(mPanel.mapper(), when, data, ids, mKeys);
+        fingersIn(data);
         ASSERT_EQ(ids, data.touchingIdBits);
-        ASSERT_EQ(ids.count(), data.pointerCount);
-        for (uint32_t id : ids) ASSERT_EQ(data.pointers[data.idToIndex[id]].id, id);
         for (void* key : mKeys) mPlugin->releaseNotifyKeyArgs(key);
         mKeys.clear();
         mRequests.clear();
     }
-    void key(int64_t when, int32_t code) {
-        mPlugin->processKey(mSensor.mapper(), when, code, 0, true, 0, 0);
-        mPlugin->processKey(mSensor.mapper(), when, code, 0, false, 0, 0);
-    }
 
     /// Runs each of these `kRounds` times, all at the same time.
-    static void atOnce(const std::vector<std::function<void(int)>>& jobs) {
-        std::atomic<size_t> waiting = jobs.size();
+    static void atOnce(const std::vector<Job>& jobs) {
+        std::barrier<> start(static_cast<std::ptrdiff_t>(jobs.size()));
         std::vector<std::thread> threads;
-        for (const auto& job : jobs) {
+        for (const Job& job : jobs) {
             threads.emplace_back([&] {
-                --waiting;
-                while (waiting > 0) std::this_thread::yield();
+                start.arrive_and_wait();
                 for (int round = 0; round < kRounds; ++round) job(round);
             });
         }
@@ -130,26 +117,24 @@ class Threads : public ::testing::Test {
 // Frames and keys from one thread, all else that a host and a platform do from others, two of each: nothing is torn,
 // nobody waits for ever, and every frame comes back consistent.
 TEST_F(Threads, OfTheHostAndOfThePlatformRunAtOnce) {
-    const std::function<void(int)> show = [this](int round) { windows(round % 2 == 0); };
-    const std::function<void(int)> turn = [this](int round) { surface(round % 4); };
-    const std::function<void(int)> startAndExit = [this](int round) {
+    const Job show = [this](int round) { windows(round % 2 == 0); };
+    const Job turn = [this](int round) { surface(round % 4); };
+    const Job startAndExit = [this](int round) {
         round % 3 == 2 ? mPlugin->notifyInputExit() : mPlugin->notifyInputStart();
     };
-    const std::function<void(int)> move = [](int round) {
+    const Job move = [](int round) {
         sense(kCover, {1, static_cast<float>(round % 3)});
         sense(kFoldAngle, {0, 0, static_cast<float>(round % 180)});
     };
-    const std::function<void(int)> dieAndReturn = [](int round) {
-        round % 2 == 0 ? sensors::die() : sensors::registers();
-    };
-    const std::function<void(int)> touch = [this](int round) {
+    const Job dieAndReturn = [](int round) { round % 2 == 0 ? sensors::die() : sensors::registers(); };
+    const Job touch = [this](int round) {
         const int64_t when = (60'000 + 10 * int64_t{round}) * 1'000'000;
-        if (round % 5 == 0) key(when, 513 + round % 7);
+        if (round % 5 < 2) mPlugin->processKey(mSensor.mapper(), when, 513 + round / 5 % 7, 0, round % 5 == 0, 0, 0);
         frame(when, round % 9 != 8);
     };
     atOnce({touch, show, show, turn, turn, startAndExit, startAndExit, move, move});
-    atOnce(
-        {touch, show, turn, startAndExit, startAndExit, move, dieAndReturn, dieAndReturn});  // no fold angle after it
+    // No fold angle comes after this.
+    atOnce({touch, show, turn, startAndExit, startAndExit, move, dieAndReturn, dieAndReturn});
     frame(100'000'000'000, false);
     EXPECT_GT(mLines, 0U);
 }
@@ -169,8 +154,8 @@ TEST_F(Threads, AnEventDoesNotWaitForACallIntoTheService) {
             sense(kCover, {1, 2});
             handled += mLines - before;
             for (int sample = 0; sample < 40; ++sample) sense(kFoldAngle, {0, 0, static_cast<float>(sample)});
-            if (ofCover)
-                frame(60'010'000'000, true);  // the fold angle's own check does wait, for its answer may change
+            // The fold angle's own check does wait, for its answer may change.
+            if (ofCover) frame(60'010'000'000, true);
         }).join();
     });
     mPlugin->notifyInputExit();
