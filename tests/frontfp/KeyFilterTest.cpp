@@ -23,14 +23,6 @@ TEST(KeyFilter, WhatIsConsumedByItself) {
     }
 }
 
-// While the filter is off the sensor's notifications are kept from apps all the same, from whatever device.
-TEST(KeyFilter, WithoutAFilterArea) {
-    Phone phone(Phone::Properties{});
-    for (int32_t code = 515; code <= 520; ++code) {
-        EXPECT_EQ(phone.key(code, true, Phone::kPanel), 516 <= code && code <= 519) << code;
-    }
-}
-
 // A key within 120 ms of a single finger on the sensor waits for it and is then sent whole, once; any other is decided
 // at once.
 TEST(KeyFilter, WhatWaitsForItsFinger) {

@@ -42,6 +42,7 @@ DEBUG After TouchSeq#1, process fingerprint event keycode=501 down
 
 // Nor what became of a key that waited for a finger on the sensor, or that such a finger took along.
 TEST_F(LogText, OfKeysUnderAFinger) {
+    phone.rotate(1);  // a finger in the area is not in the middle of the screen
     phone.touch(kOnSensor);
     keep(phone.after(60ms).key(513));
     keep(phone.key(601));
@@ -109,8 +110,9 @@ TEST_F(LogText, OfIdentifications) {
     phone.lift();
     keep(phone.touch(finger(0)));
     keep(phone.at(61'700ms).touch(finger(0)));
+    phone.key(518);
     phone.lift();
-    phone.touch(kOnSensor);
+    keep(phone.touch(kOnSensor));
     phone.after(149ms).key(517);
     keep(phone.touch(kOnSensor));
     EXPECT_EQ(log,
@@ -118,6 +120,8 @@ TEST_F(LogText, OfIdentifications) {
 DEBUG New finger down on TP in touchSeq#2 but identifying finger in touchSeq#1, disaptch TP normally
 DEBUG New finger down on TP in touchSeq#2 but identifying finger in touchSeq#1, disaptch TP normally
 DEBUG Identify finger timeout, start identify fingerprint 1700ms ago
+DEBUG Reset the IdentifyFPState in new touch touchSeq#3, identified 0ms ago
+INFO TouchSeq#3, mark point(id=0, x=540, y=2200) nearby the FP, reason:point should not filter
 DEBUG identify finger 149ms after finger touched down
 INFO this touch may caused by identify finger, cancel it
 )");

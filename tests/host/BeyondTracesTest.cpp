@@ -34,7 +34,7 @@ struct BeyondTraces : testing::Test, InputMapper, InputReaderContext {
 };
 
 // The host uses the other bits of that byte for itself, its lists may have holes, and a pointer that it does not hand
-// in is its own business.
+// in is its own business. Nothing is held against a pointer of a device that is unknown, or upright.
 TEST_F(BeyondTraces, OfTheNotch) {
     aftplatform::properties::set("ro.config.zq_notch_size", "7,80,3,4");
     ZqNotchAftProcessor notch;
@@ -48,6 +48,8 @@ TEST_F(BeyondTraces, OfTheNotch) {
     EXPECT_FALSE(notch.pointInNoFilterAreas(0, frame.pointers[0]));
     notch.processRawTouches(this, frame, ids);
     EXPECT_TRUE(frame.pointerCount == 1 && frame.touchingIdBits.hasBit(0) && ids.isEmpty());
+    notch.configureSurface(this, 2, plain, axes, 1, 1, 0, 0);
+    EXPECT_TRUE(notch.pointInNoFilterAreas(0, frame.pointers[0]) && notch.pointInNoFilterAreas(77, frame.pointers[0]));
 }
 
 // A change was when the phone heard of it, whatever the sensor's clock says; the cancel bears the frame's time; and a
