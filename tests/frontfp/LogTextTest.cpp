@@ -51,7 +51,7 @@ TEST_F(LogText, OfKeysUnderAFinger) {
     keep(phone.after(60ms).lift());
     keep(phone.key(511));
     keep(phone.key(66, false));
-    phone.touch(finger(0).at(540, 2000));
+    phone.touch(finger(0).at(50, 2000));
     keep(phone.key(514));
     EXPECT_EQ(log, R"(INFO delayDispatchKey delay dispatch the key:513
 INFO During TouchSeq#1, fingerprint event keycode=513 down filtered

@@ -81,6 +81,7 @@ TEST(NearbyFPPoints, HowLongAMarkLasts) {
     EXPECT_FALSE(points.touchRecently(60'300 * kMs));
     EXPECT_EQ(points.mMarkTime[4], 0);
     EXPECT_TRUE(points.mWideRangeIdBits.isEmpty());
+    ASSERT_EQ(log.texts().size(), 4u);
     EXPECT_EQ(log.texts()[1], "Point(id=4) is nearby FP, marked 299ms ago in TouchSeq#3, curTouchSeq=0");
     EXPECT_EQ(log.texts().back(),
               "Clear nearby FP point(id=4), timeout=1, marked 300ms ago in TouchSeq#3, curTouchSeq=4");

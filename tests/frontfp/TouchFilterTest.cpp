@@ -112,6 +112,7 @@ TEST(TouchFilter, AnIdentificationCancelsItsOwnTouch) {
         phone.after(after).key(kIdentifyStart);
         EXPECT_EQ(phone.after(8ms).touch({kLanding}, mapper), kNone) << "not even held back";
         EXPECT_EQ(phone.cancels(), cancels) << after.count();
+        ASSERT_FALSE(phone.log().empty());
         EXPECT_EQ(phone.log().front().starts_with("DEBUG identify finger"), mapper && after > 0ms) << after.count();
     }
 }
@@ -187,8 +188,7 @@ TEST(TouchFilter, ASecondFingerSendsTheHeldBackKey) {
     phone.after(20ms).touch({kLanding, finger(1).at(200, 600)});
     ASSERT_EQ(phone.sentKeys().size(), 2u);
     phone.after(10ms).key(514);
-    EXPECT_TRUE(phone.log().front().starts_with("INFO During touchSeq#1, pointer is touching"))
-        << "held back once more";
+    EXPECT_EQ(phone.log().size(), 3u) << "says why it was consumed, and not a word of holding it back";
     phone.after(10ms).key(kIdentifyStart);
     phone.after(10ms).touch(kLanding);
     EXPECT_EQ(phone.cancels(), 0u) << "the touch is no longer the sensor's";

@@ -1,5 +1,7 @@
 #include "tests/support/Phone.h"
 
+#include <algorithm>
+
 #include "platform/control/LogSink.h"
 #include "refhost/trace/SensorNames.h"
 
@@ -84,6 +86,11 @@ Lines Phone::log(const std::string& tag) const {
         if (from == tag) lines.push_back(std::string(aftplatform::priorityName(priority)) + " " + text);
     }
     return lines;
+}
+
+bool Phone::logged(const std::string& line) const {
+    const Lines lines = log();
+    return std::find(lines.begin(), lines.end(), line) != lines.end();
 }
 
 refhost::WindowDescription navigationBar(bool visible) {

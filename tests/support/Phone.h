@@ -80,6 +80,8 @@ class Phone {
     Lines calls() const;
     /// What a filter logged, each line with its priority: "INFO text".
     Lines log(const std::string& tag = "ZqFrontFPAftProcessor") const;
+    /// Whether the front fingerprint filter logged this line among others.
+    bool logged(const std::string& line) const;
     /// What all have logged: "INFO ZqSCAftProcessor: text".
     Lines wholeLog() const;
 
