@@ -30,6 +30,7 @@ class ZqAftFoldableStateManager : public RefBase, private SensorSubscription {
     ~ZqAftFoldableStateManager() override;
 
     using SensorSubscription::deInit;
+    using SensorSubscription::initLocked;  ///< for whoever has the manager to itself; enabling begins with it
     void enableSensor() { enable(); }
     void disableSensor() { disable(); }
     using SensorSubscription::initCheck;

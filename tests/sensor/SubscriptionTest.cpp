@@ -133,10 +133,16 @@ TEST_P(Subscription, Disabling) {
     sensors::setFaults({});
     EXPECT_EQ(enabling(), as(kEnable + kLookUp + "-> enableSensor {17|19} 0 0; I enable{SC|}Sensor success; "));
     EXPECT_EQ(disabling(), as(kDisable + "-> disableSensor {17|19}; I disableSensor success; "));
+    EXPECT_TRUE(folds() ? fold->initLocked() : cover->init());
+    EXPECT_EQ(told(), as("{|E ZqAftFoldableStateManager init; }"));
     folds() ? fold->deInit() : cover->deInit();
     EXPECT_EQ(disabling(), as(kDisable + "W disable{SC|}Sensor() mInitCheck=0, m{SC|}SensorEnabled=0; "));
+    sensors::Event event;
+    event.sensorHandle = 7;  // still enabled there, as that disabling was refused
+    event.u.data = {1, 2};
+    sensors::deliver(event);
     sensors::die();
-    EXPECT_EQ(told(), "") << "called the service, or was still linked to it";
+    EXPECT_EQ(told(), "") << "called the service, kept its queue, or was still linked to it";
 }
 
 // The slide cover's manager lets a dead service go and comes back with it; the fold angle's goes on as if nothing had
