@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -8,11 +9,18 @@
 
 namespace zqaft {
 
+/// A command line that asks for what this build cannot do. what() says what can.
+class UsageError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
 /// Opens a trace; "-" is standard input. Throws InputError or FileError.
 std::unique_ptr<refhost::TraceSource> openTrace(const std::string& path);
 
 /// Reads a recording and its profile, and says on stderr what the user should know of how they fit. `device` is the
-/// recorded touch device's name or path, or empty. Throws InputError or FileError.
+/// recorded touch device's name or path, or empty. Throws InputError or FileError; UsageError where this build plays
+/// traces alone.
 std::unique_ptr<refhost::TraceSource> openRecording(const std::string& path, const std::string& profile,
                                                     const std::string& device);
 

@@ -9,6 +9,7 @@
 #include "refhost/play/Plugin.h"
 #include "zqaft/Commands.h"
 #include "zqaft/ExitCodes.h"
+#include "zqaft/Input.h"
 #include "zqaft/Output.h"
 
 namespace {
@@ -38,6 +39,8 @@ int reporting(Work work) {
     };
     try {
         return work();
+    } catch (const zqaft::UsageError& fault) {
+        return fail(fault, zqaft::kUsage);
     } catch (const refhost::InputError& fault) {
         return fail(fault, zqaft::kFaultyInput);
     } catch (const refhost::FileError& fault) {

@@ -36,9 +36,9 @@ class DurationHistogram {
 
     static size_t bucketOf(uint64_t ns) {
         const auto width = static_cast<unsigned>(std::bit_width(ns));
-        if (width <= kStepBits) return ns;
+        if (width <= kStepBits) return static_cast<size_t>(ns);
         const unsigned shift = width - kStepBits - 1;
-        return (size_t{shift} << kStepBits) + (ns >> shift);
+        return (size_t{shift} << kStepBits) + static_cast<size_t>(ns >> shift);
     }
     static int64_t highestIn(size_t bucket) {
         const size_t shift = bucket >> kStepBits;

@@ -159,7 +159,6 @@ TEST_P(SensorService, ALinkThatComesTooLateIsLost) {
 
 // A filter that forgets to ask whether its call got through would seem to work here and fail on the phone.
 TEST(ReturnDeathTest, AFailureCannotBeOverlooked) {
-    testing::GTEST_FLAG(death_test_style) = "threadsafe";
     const auto lost = [] { return Return<bool>(Status::fromExceptionCode(Status::EX_TRANSACTION_FAILED, "gone")); };
     EXPECT_DEATH({ const Return<bool> moved = lost(); }, "nobody asked .* -129: gone");
     EXPECT_DEATH((void)static_cast<bool>(lost()), "is read: .* gone");
