@@ -81,6 +81,7 @@ class ZqFrontFPAftProcessor : public virtual RefBase {
         AftArea filterArea;
         AftArea centralArea;
         bool landscape;
+        bool preferNavigationBar;
     };
 
     /// What holds for a whole frame.
@@ -124,8 +125,9 @@ class ZqFrontFPAftProcessor : public virtual RefBase {
 
     // Frames.
     bool touchingEnd(const RawPointerData& data);
+    bool allFar(const RawPointerData& data, BitSet32 idBits, const FrameConditions& now);
     FrameConditions gatherConditions(int64_t when);
-    bool preferTouchNavigationBar(int64_t when);
+    bool preferTouchNavigationBar(const Surface& surface, int64_t when);
     bool touchOnEdge(const RawPointerData::Pointer& p) const;
     void secondFingerDown(int64_t when, Vector<void*>& keys);
     bool causedBySensor(int64_t when);

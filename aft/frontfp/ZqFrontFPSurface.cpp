@@ -105,7 +105,7 @@ bool ZqFrontFPAftProcessor::barIsNextToSensor(const InputWindowHandle& bar) cons
 
 ZqFrontFPAftProcessor::Surface ZqFrontFPAftProcessor::surface() {
     Mutex::Autolock lock(mLock);
-    return {mFilterArea, mCentralArea, mLandscape};
+    return {mFilterArea, mCentralArea, mLandscape, mPreferNavigationBar};
 }
 
 }  // namespace android

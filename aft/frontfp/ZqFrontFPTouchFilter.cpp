@@ -48,6 +48,8 @@ void ZqFrontFPAftProcessor::processRawTouches(InputMapper* mapper, int64_t when,
         }
     }
 
+    if (allFar(data, idBits, now)) return;
+
     const bool firstSingle = !wasTouching && idBits.count() == 1;
     BitSet32 removeBits{};
     for (auto [id, p] : contacts(data, idBits)) {
@@ -59,6 +61,19 @@ void ZqFrontFPAftProcessor::processRawTouches(InputMapper* mapper, int64_t when,
         if (!apply(verdict, id, p, now)) removeBits.markBit(id);
     }
     if (!removeBits.isEmpty()) filterAndCompactPointers(&data, &idBits, &removeBits);
+}
+
+/// True, and all that is to be done, where no finger is inside the filter area and none has been held back or reported
+/// there: the frame of most of what a phone is used for, and for it one look at each finger is enough.
+bool ZqFrontFPAftProcessor::allFar(const RawPointerData& data, BitSet32 idBits, const FrameConditions& now) {
+    BitSet32 far{};
+    for (auto [id, p] : contacts(data, idBits)) {
+        if (now.surface.filterArea.contains(p.x, p.y)) return false;
+        far.markBit(id);
+    }
+    if ((far.value & (mReportedIdBits.value | mRestrainedIdBits.value)) != 0) return false;
+    mWideRangeIdBits.value |= far.value;
+    return true;
 }
 
 bool ZqFrontFPAftProcessor::touchingEnd(const RawPointerData& data) {
@@ -92,15 +107,14 @@ ZqFrontFPAftProcessor::FrameConditions ZqFrontFPAftProcessor::gatherConditions(i
     now.when = when;
     now.surface = surface();
     now.identifying = mIdentifyState.identifyingRecently(mTouchSeq, when);
-    now.preferNavigationBar = preferTouchNavigationBar(when);
+    now.preferNavigationBar = preferTouchNavigationBar(now.surface, when);
     now.fpRecently = fingerPrintDownRecently(when);
     now.enrolling = enrollFingerPrintRecently(when);
     return now;
 }
 
-bool ZqFrontFPAftProcessor::preferTouchNavigationBar(int64_t when) {
-    Mutex::Autolock lock(mLock);
-    return mPreferNavigationBar && !mIdentifyState.identifyingRecently(mTouchSeq, when);
+bool ZqFrontFPAftProcessor::preferTouchNavigationBar(const Surface& surface, int64_t when) {
+    return surface.preferNavigationBar && !mIdentifyState.identifyingRecently(mTouchSeq, when);
 }
 
 bool ZqFrontFPAftProcessor::touchOnEdge(const RawPointerData::Pointer& p) const {

@@ -33,7 +33,7 @@ struct BitSet32 {
         constexpr explicit Iterator(uint32_t left) : mLeft(left) {}
         constexpr uint32_t operator*() const { return static_cast<uint32_t>(std::countl_zero(mLeft)); }
         constexpr Iterator& operator++() {
-            mLeft &= ~maskOf(**this);
+            mLeft ^= 0x80000000u >> **this;
             return *this;
         }
         friend constexpr bool operator==(Iterator, Iterator) = default;

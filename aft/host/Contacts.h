@@ -27,7 +27,7 @@ class Contacts {
         Iterator(Data& data, BitSet32::Iterator at, BitSet32::Iterator end) : mData(data), mAt(at), mEnd(end) {
             skip();
         }
-        Contact operator*() const { return {*mAt, *mData.find(*mAt)}; }
+        Contact operator*() const { return {*mAt, *mFound}; }
         Iterator& operator++() {
             ++mAt;
             skip();
@@ -37,13 +37,16 @@ class Contacts {
 
       private:
         void skip() {
-            while (!(mAt == mEnd) && !inContact(mData.find(*mAt))) ++mAt;
+            for (; !(mAt == mEnd); ++mAt) {
+                mFound = mData.find(*mAt);
+                if (mFound != nullptr && mFound->isHovering == 0) return;
+            }
         }
-        static bool inContact(const RawPointerData::Pointer* p) { return p != nullptr && p->isHovering == 0; }
 
         Data& mData;
         BitSet32::Iterator mAt;
         BitSet32::Iterator mEnd;
+        Pointer* mFound = nullptr;  ///< the record of mAt
     };
     Iterator begin() const { return {mData, mIds.begin(), mIds.end()}; }
     Iterator end() const { return {mData, mIds.end(), mIds.end()}; }

@@ -59,16 +59,15 @@ void ZqNotchAftProcessor::processRawTouches(InputMapper* mapper, RawPointerData&
     const std::optional<SurfaceConfig> surface = surfaceOf(mapper->getDeviceId());
     if (!surface || !surface->landscape) return;
     if (touchingEndAndUpdate(data)) return;
-    BitSet32 removed{};
+    BitSet32 inTheNotch{};
+    BitSet32 elsewhere{};
     for (uint32_t id : idBits) {
         const RawPointerData::Pointer* p = data.find(id);
         if (p == nullptr) continue;
-        if (!inBand(*p) || inMarkedWindow(*p, *surface)) {
-            mUnfilteredIds.markBit(id);
-        } else if (!mUnfilteredIds.hasBit(id)) {
-            removed.markBit(id);
-        }
+        (inBand(*p) && !inMarkedWindow(*p, *surface) ? inTheNotch : elsewhere).markBit(id);
     }
+    mUnfilteredIds.value |= elsewhere.value;
+    BitSet32 removed{inTheNotch.value & ~mUnfilteredIds.value};
     if (!removed.isEmpty()) filterAndCompactPointers(&data, &idBits, &removed);
 }
 

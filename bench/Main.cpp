@@ -1,0 +1,11 @@
+#include <benchmark/benchmark.h>
+
+#include "bench/RatioTable.h"
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    bench::RatioTable table;
+    benchmark::RunSpecifiedBenchmarks(&table);
+    benchmark::Shutdown();
+}
