@@ -1,5 +1,7 @@
 #include "bench/RatioTable.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <optional>
@@ -17,6 +19,8 @@ double median(std::vector<double> values) {
 }
 
 }  // namespace
+
+RatioTable::RatioTable() : ConsoleReporter(isatty(STDOUT_FILENO) != 0 ? OO_ColorTabular : OO_Tabular) {}
 
 void RatioTable::ReportRuns(const std::vector<Run>& runs) {
     for (const Run& run : runs) {

@@ -12,6 +12,9 @@ namespace bench {
 /// measure's CPU times over that of the floor, and how steeply each grows from one finger to ten.
 class RatioTable : public benchmark::ConsoleReporter {
   public:
+    /// Colours where standard output is a terminal.
+    RatioTable();
+
     void ReportRuns(const std::vector<Run>& runs) override;
     void Finalize() override;
 

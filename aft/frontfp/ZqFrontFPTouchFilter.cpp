@@ -63,15 +63,15 @@ void ZqFrontFPAftProcessor::processRawTouches(InputMapper* mapper, int64_t when,
     if (!removeBits.isEmpty()) filterAndCompactPointers(&data, &idBits, &removeBits);
 }
 
-/// True, and all that is to be done, where no finger is inside the filter area and none has been held back or reported
-/// there: the frame of most of what a phone is used for, and for it one look at each finger is enough.
+/// True, with all done that is to be done, where no finger is inside the filter area and none has been reported there
+/// (whoever is held back has been): most of what a phone is used for. One look at each finger is enough for it.
 bool ZqFrontFPAftProcessor::allFar(const RawPointerData& data, BitSet32 idBits, const FrameConditions& now) {
     BitSet32 far{};
     for (auto [id, p] : contacts(data, idBits)) {
         if (now.surface.filterArea.contains(p.x, p.y)) return false;
         far.markBit(id);
     }
-    if ((far.value & (mReportedIdBits.value | mRestrainedIdBits.value)) != 0) return false;
+    if ((far.value & mReportedIdBits.value) != 0) return false;
     mWideRangeIdBits.value |= far.value;
     return true;
 }
