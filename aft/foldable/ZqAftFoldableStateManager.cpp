@@ -99,20 +99,21 @@ sp<IEventQueueCallback> ZqAftFoldableStateManager::newEventCallback() {
     return new ZqAftFoldableSensorEventCallback(this);
 }
 
-Return<void> ZqAftFoldableSensorEventCallback::onEvent(const Event& event) {
+Return<void> ZqAftFoldableSensorEventCallback::onEvent(const Event& event) noexcept {
     if (const sp<ZqAftFoldableStateManager> manager = mManager.promote(); manager != nullptr) {
         manager->handleSensorEvent(event);
     }
     return Void();
 }
 
-void ZqAftFoldableStateManager::SensorDeathRecipient::serviceDied(uint64_t /*cookie*/, const wp<IBase>& /*who*/) {
+void ZqAftFoldableStateManager::SensorDeathRecipient::serviceDied(uint64_t /*cookie*/,
+                                                                  const wp<IBase>& /*who*/) noexcept {
     LOGI("ZqAftFoldableStateManager serviceDied!");
 }
 
 Return<void> ZqAftFoldableStateManager::SensorDeathRecipient::onRegistration(const hidl_string& /*fqName*/,
                                                                              const hidl_string& /*name*/,
-                                                                             bool /*preexisting*/) {
+                                                                             bool /*preexisting*/) noexcept {
     return Void();
 }
 

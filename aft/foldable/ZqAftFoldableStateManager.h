@@ -51,8 +51,8 @@ class ZqAftFoldableStateManager : public RefBase, private SensorSubscription {
     class SensorDeathRecipient : public hidl::manager::V1_0::IServiceNotification, public hidl_death_recipient {
       public:
         hardware::Return<void> onRegistration(const hardware::hidl_string& fqName, const hardware::hidl_string& name,
-                                              bool preexisting) override;
-        void serviceDied(uint64_t cookie, const wp<hidl::base::V1_0::IBase>& who) override;
+                                              bool preexisting) noexcept override;
+        void serviceDied(uint64_t cookie, const wp<hidl::base::V1_0::IBase>& who) noexcept override;
     };
 
   private:
@@ -79,7 +79,7 @@ class ZqAftFoldableSensorEventCallback : public IEventQueueCallback {
   public:
     explicit ZqAftFoldableSensorEventCallback(ZqAftFoldableStateManager* manager) : mManager(manager) {}
 
-    hardware::Return<void> onEvent(const Event& event) override;
+    hardware::Return<void> onEvent(const Event& event) noexcept override;
 
   private:
     const wp<ZqAftFoldableStateManager> mManager;

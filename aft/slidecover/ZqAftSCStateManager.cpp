@@ -80,7 +80,7 @@ sp<hidl_death_recipient> ZqAftSCStateManager::newDeathRecipient() { return new S
 
 sp<IEventQueueCallback> ZqAftSCStateManager::newEventCallback() { return new ZqAftSCSensorEventCallback(this); }
 
-Return<void> ZqAftSCSensorEventCallback::onEvent(const Event& event) {
+Return<void> ZqAftSCSensorEventCallback::onEvent(const Event& event) noexcept {
     if (const sp<ZqAftSCStateManager> manager = mManager.promote(); manager != nullptr) {
         manager->handleSensorEvent(event);
     }
@@ -88,7 +88,7 @@ Return<void> ZqAftSCSensorEventCallback::onEvent(const Event& event) {
 }
 
 /// Letting go gives this recipient up: from there on nothing of it is used.
-void ZqAftSCStateManager::SensorDeathRecipient::serviceDied(uint64_t /*cookie*/, const wp<IBase>& /*who*/) {
+void ZqAftSCStateManager::SensorDeathRecipient::serviceDied(uint64_t /*cookie*/, const wp<IBase>& /*who*/) noexcept {
     const sp<ZqAftSCStateManager> manager = mSCFilter.promote();
     Mutex::Autolock lock(sLock);
     if (manager == nullptr) {
@@ -100,7 +100,7 @@ void ZqAftSCStateManager::SensorDeathRecipient::serviceDied(uint64_t /*cookie*/,
 
 Return<void> ZqAftSCStateManager::SensorDeathRecipient::onRegistration(const hidl_string& /*fqName*/,
                                                                        const hidl_string& /*name*/,
-                                                                       bool /*preexisting*/) {
+                                                                       bool /*preexisting*/) noexcept {
     const sp<ZqAftSCStateManager> manager = mSCFilter.promote();
     Mutex::Autolock lock(sLock);
     if (manager == nullptr) {

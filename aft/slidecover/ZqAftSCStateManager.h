@@ -45,8 +45,8 @@ class ZqAftSCStateManager final : public ZqAftSCStateInterface, private SensorSu
         explicit SensorDeathRecipient(ZqAftSCStateManager* manager) : mSCFilter(manager) {}
 
         hardware::Return<void> onRegistration(const hardware::hidl_string& fqName, const hardware::hidl_string& name,
-                                              bool preexisting) override;
-        void serviceDied(uint64_t cookie, const wp<hidl::base::V1_0::IBase>& who) override;
+                                              bool preexisting) noexcept override;
+        void serviceDied(uint64_t cookie, const wp<hidl::base::V1_0::IBase>& who) noexcept override;
 
       private:
         const wp<ZqAftSCStateManager> mSCFilter;
@@ -65,7 +65,7 @@ class ZqAftSCSensorEventCallback : public IEventQueueCallback {
   public:
     explicit ZqAftSCSensorEventCallback(ZqAftSCStateManager* manager) : mManager(manager) {}
 
-    hardware::Return<void> onEvent(const Event& event) override;
+    hardware::Return<void> onEvent(const Event& event) noexcept override;
 
   private:
     const wp<ZqAftSCStateManager> mManager;

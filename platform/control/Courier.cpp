@@ -9,12 +9,10 @@ namespace aftplatform {
 
 void Courier::take(Errand errand) {
     std::lock_guard lock(mLock);
-    ++mUnderWay;
-    if (mIsDirect) {
-        mDirect[std::this_thread::get_id()].push_back(std::move(errand));
-        return;
-    }
-    mErrands.push_back(std::move(errand));
+    Line& line = mIsDirect ? mDirect[std::this_thread::get_id()] : mErrands;
+    line.push_back(std::move(errand));
+    ++mUnderWay;  // not before: where there is no memory for it, nothing is under way
+    if (mIsDirect) return;
     if (mOwnThread == std::thread::id()) {
         std::thread own(&Courier::work, this);
         mOwnThread = own.get_id();
@@ -26,7 +24,8 @@ void Courier::take(Errand errand) {
 void Courier::carryOut() {
     std::unique_lock lock(mLock);
     const auto own = mDirect.find(std::this_thread::get_id());
-    if (own == mDirect.end() || own->second.front() == nullptr) return;
+    if (own == mDirect.end()) return;
+    if (!own->second.empty() && own->second.front() == nullptr) return;
     while (!own->second.empty()) carryOutFirst(own->second, lock);
     mDirect.erase(own);
 }
@@ -59,11 +58,13 @@ void Courier::waitUntilQuiet(std::unique_lock<std::mutex>& lock) {
 }
 
 void Courier::wait() {
+    carryOut();  // what is left where memory ran out between the handing over of two errands
     std::unique_lock lock(mLock);
     waitUntilQuiet(lock);
 }
 
 void Courier::setDirect(bool direct) {
+    carryOut();
     std::unique_lock lock(mLock);
     waitUntilQuiet(lock);
     mIsDirect = direct;

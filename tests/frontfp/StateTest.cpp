@@ -111,7 +111,6 @@ TEST(NearbyFPPoints, WhereARangeBegins) {
 
 /// Opens what tests of the filter have to reach.
 struct Filter : ZqFrontFPAftProcessor {
-    using ZqFrontFPAftProcessor::mLastRawPointerData;
     using ZqFrontFPAftProcessor::mTouchSeq;
     using ZqFrontFPAftProcessor::mTouchSeqDesc;
 };
@@ -139,15 +138,6 @@ TEST_F(FilterTest, TheSequenceNumberSkipsZero) {
     touch({});
     EXPECT_STREQ(filter->mTouchSeqDesc.c_str(), "After TouchSeq#-1");
     EXPECT_EQ(filter->mTouchSeq, 1u);
-}
-
-// With no memory for the last frame the filter goes on as if no finger had been there.
-TEST_F(FilterTest, WithoutALastFrame) {
-    filter->mLastRawPointerData.reset();
-    filter->configureSurface(1080, 2340, 1);
-    touch({finger(0).at(500, 500)});
-    EXPECT_EQ(key(516, 60'500 * kMs), 1);
-    EXPECT_EQ(key(501, 60'500 * kMs), 0);
 }
 
 // A frame must not wait for the allocator, which other threads of the input service hold for as long as they like.
