@@ -8,6 +8,14 @@ void appendJson(TextBuffer& out, std::string_view text) {
     append(out, nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
 }
 
+bool isUtf8(std::string_view text) {
+    try {
+        return !nlohmann::json(text).dump().empty();
+    } catch (const nlohmann::json::type_error&) {
+        return false;
+    }
+}
+
 void appendJson(TextBuffer& out, android::BitSet32 ids) { appendJsonNumbers(out, ids); }
 
 void appendJson(TextBuffer& out, const android::RawPointerData::Pointer& pointer) {

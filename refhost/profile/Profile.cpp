@@ -2,12 +2,12 @@
 
 #include <libevdev/libevdev.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <sstream>
 
 #include "platform/control/Properties.h"
 #include "refhost/Files.h"
+#include "refhost/YamlText.h"
 #include "refhost/profile/SensorTimeline.h"
 #include "refhost/profile/Timeline.h"
 #include "refhost/profile/YamlFields.h"
@@ -18,14 +18,21 @@ namespace {
 
 constexpr uint32_t kKeyboardSource = 257;
 
-void setProperty(Profile& profile, const std::string& key, const std::string& value) {
-    const auto same = [&](const auto& property) { return property.first == key; };
-    const auto known = std::find_if(profile.properties.begin(), profile.properties.end(), same);
-    if (known != profile.properties.end()) {
-        known->second = value;
-    } else {
-        profile.properties.emplace_back(key, value);
+using Properties = std::vector<std::pair<std::string, std::string>>;
+
+/// Each property once, where it came first, with the value that came last.
+Properties lastOfEach(const Properties& given) {
+    Properties properties;
+    std::map<std::string_view, size_t> indexOf;
+    for (const auto& [key, value] : given) {
+        const auto [known, isNew] = indexOf.emplace(key, properties.size());
+        if (isNew) {
+            properties.emplace_back(key, value);
+        } else {
+            properties[known->second].second = value;
+        }
     }
+    return properties;
 }
 
 void readPropertyFile(const YAML::Node& node, const YamlPlace& place, const std::string& folder, Profile& profile) {
@@ -40,18 +47,23 @@ void readPropertyFile(const YAML::Node& node, const YamlPlace& place, const std:
     }
     try {
         size_t tooLong = 0;
-        for (const auto& [key, value] : aftplatform::properties::parse(text, found)) {
+        size_t notUtf8 = 0;
+        for (auto& [key, value] : aftplatform::properties::parse(text, found)) {
             if (value.size() > aftplatform::properties::kMaxValueLength) {
                 ++tooLong;
+            } else if (!isUtf8(key) || !isUtf8(value)) {
+                ++notUtf8;
             } else {
-                setProperty(profile, key, value);
+                profile.properties.emplace_back(std::move(key), std::move(value));
             }
         }
-        if (tooLong > 0) {
-            profile.notes.push_back(fmt::format("{}: {} of more than {} bytes left out", found,
-                                                tooLong == 1 ? "1 property" : fmt::format("{} properties", tooLong),
-                                                aftplatform::properties::kMaxValueLength));
-        }
+        const auto note = [&](size_t count, const std::string& which) {
+            if (count == 0) return;
+            const std::string counted = count == 1 ? "1 property" : fmt::format("{} properties", count);
+            profile.notes.push_back(fmt::format("{}: {} {} left out", found, counted, which));
+        };
+        note(tooLong, fmt::format("of more than {} bytes", aftplatform::properties::kMaxValueLength));
+        note(notUtf8, "not in UTF-8");
     } catch (const aftplatform::properties::ParseError& fault) {
         throw InputError(fault.what());
     }
@@ -145,8 +157,9 @@ Profile readDocument(const YAML::Node& document, const std::string& file, const 
     fields.with("properties_file",
                 [&](const YAML::Node& node, const YamlPlace& at) { readPropertyFile(node, at, folder, profile); });
     fields.with("properties", [&](const YAML::Node& node, const YamlPlace& at) {
-        for (const auto& [key, value] : readProperties(node, at)) setProperty(profile, key, value);
+        for (auto& property : readProperties(node, at)) profile.properties.push_back(std::move(property));
     });
+    profile.properties = lastOfEach(profile.properties);
     const auto touch = [&](const YAML::Node& node, const YamlPlace& at) { readTouch(node, at, profile); };
     if (!fields.with("touch", touch)) place.below("touch").fault(document, "missing; expected this key");
     fields.with("keys", [&](const YAML::Node& node, const YamlPlace& at) { readKeys(node, at, profile); });
@@ -168,7 +181,7 @@ Profile readDocument(const YAML::Node& document, const std::string& file, const 
 
 Profile parseProfile(const std::string& text, const std::string& file, const std::string& folder) {
     try {
-        return readDocument(YAML::Load(text), file, folder);
+        return readDocument(yamlDocument(text), file, folder);
     } catch (const YAML::Exception& fault) {
         const uint32_t line = fault.mark.line < 0 ? 1 : static_cast<uint32_t>(fault.mark.line) + 1;
         throw InputError(file, line, "yaml", fault.msg + "; expected YAML");

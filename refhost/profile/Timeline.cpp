@@ -50,6 +50,7 @@ class TimelineReader {
         if (mAt < mLast) place.below("at").fault(node, "earlier than the entry before; expected them in order");
         mLast = mAt;
 
+        const size_t before = mEntries.size();
         bool any = false;
         const auto rotate = [&](const YAML::Node& value, const YamlPlace& at) {
             readYamlWithin(value, at, mSurface.orientation, 0, 3);
@@ -81,6 +82,11 @@ class TimelineReader {
                         "nothing happens; expected rotate, windows, focused, keyguard, property, sensor_service, "
                         "input, sensor, slide_cover or fold_angle");
         }
+        for (size_t i = before; i < mEntries.size(); ++i) mBytes += bytesOf(mEntries[i].event);
+        if (mBytes > kMostBytes) {
+            place.fault(node,
+                        "more happens up to here than can be kept; expected fewer samples, windows or properties");
+        }
     }
 
   private:
@@ -91,7 +97,22 @@ class TimelineReader {
         return true;
     }
 
+    /// Some 50,000 lines or windows. A few words can stand for thousands of samples, each change of the windows lists
+    /// all of them, and an alias repeats an entry: a small file could ask for more memory than a desk has.
+    static constexpr size_t kMostBytes = size_t{64} << 20;
+
+    /// Roughly what an event takes of memory, and of the trace.
+    static size_t bytesOf(const TraceEvent& event) {
+        size_t bytes = sizeof(TimelineEntry);
+        if (const auto* property = std::get_if<SetProperty>(&event)) bytes += property->key.size();
+        if (const auto* shown = std::get_if<ProcessInputWindow>(&event)) {
+            for (const WindowDescription& window : shown->windows) bytes += sizeof(TimelineEntry) + window.name.size();
+        }
+        return bytes;
+    }
+
     std::vector<TimelineEntry> mEntries;
+    size_t mBytes = 0;  ///< of the entries
     Sensors mSensors;
     ConfigureSurface mSurface;
     ProcessInputWindow mShown;
@@ -107,7 +128,8 @@ std::vector<std::pair<std::string, std::string>> readProperties(const YAML::Node
     std::vector<std::pair<std::string, std::string>> properties;
     std::set<std::string> seen;
     for (const auto& entry : node) {
-        const std::string key = entry.first.Scalar();
+        std::string key;
+        readYaml(entry.first, place, key);
         if (key.empty()) place.fault(entry.first, "a property without a name; expected one");
         if (!seen.insert(key).second) place.below(key).fault(entry.first, "given twice; expected once");
         std::string value;

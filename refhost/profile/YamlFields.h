@@ -12,6 +12,7 @@
 #include <string>
 
 #include "refhost/InputError.h"
+#include "refhost/JsonText.h"
 #include "refhost/Names.h"
 #include "refhost/SinglePrecision.h"
 
@@ -67,6 +68,7 @@ inline void readYaml(const YAML::Node& node, const YamlPlace& place, float& fiel
 
 inline void readYaml(const YAML::Node& node, const YamlPlace& place, std::string& field) {
     if (!node.IsScalar()) place.fault(node, "not a text; expected one");
+    if (!isUtf8(node.Scalar())) place.fault(node, "not UTF-8; expected text that is");
     field = node.Scalar();
 }
 

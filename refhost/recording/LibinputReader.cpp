@@ -1,9 +1,9 @@
 #include <fmt/format.h>
-#include <yaml-cpp/yaml.h>
 
 #include <algorithm>
 #include <limits>
 
+#include "refhost/YamlText.h"
 #include "refhost/recording/LibinputText.h"
 #include "refhost/recording/Readers.h"
 #include "refhost/recording/Text.h"
@@ -22,9 +22,9 @@ class LibinputReader {
 
     Recording read(std::string_view text) {
         const std::string document = libinput::documentIn(text, mRecording);
-        mMaxEvents = document.size() / std::string_view("[0,0,0,0,0]").size();
+        mMostSeen = 2 * document.size();
         try {
-            readDocument(YAML::Load(document));
+            readDocument(yamlDocument(document));
         } catch (const YAML::Exception& fault) {
             fail(fault.mark, "YAML", fmt::format("{}, expected a document as libinput record writes it", fault.msg));
         }
@@ -50,7 +50,7 @@ class LibinputReader {
         const auto index = static_cast<uint32_t>(mRecording.devices.size());
         RecordedDevice& recorded = mRecording.devices.emplace_back();
         recorded.line = lineOf(device.Mark());
-        if (const YAML::Node node = device["node"]) recorded.path = scalar(node);
+        if (const YAML::Node node = device["node"]) recorded.path = name(node);
         if (const YAML::Node evdev = device["evdev"]; evdev && !evdev.IsNull()) {
             readDescription(map(evdev, "evdev"), recorded);
         }
@@ -65,7 +65,7 @@ class LibinputReader {
     }
 
     void readDescription(const YAML::Node& evdev, RecordedDevice& recorded) {
-        if (const YAML::Node name = evdev["name"]) recorded.name = scalar(name);
+        if (const YAML::Node node = evdev["name"]) recorded.name = name(node);
         const YAML::Node ranges = evdev["absinfo"];
         if (!ranges || ranges.IsNull()) return;
         for (const auto& axis : map(ranges, "absinfo")) {
@@ -86,8 +86,7 @@ class LibinputReader {
         if (!event.IsSequence() || event.size() != 5) {
             fail(event.Mark(), kKey, "expected a list of 5 numbers: seconds, microseconds, type, code, value");
         }
-        // An alias repeats a list without writing it again, and so could make any number of events of a small file.
-        if (mRecording.events.size() >= mMaxEvents) fail(event.Mark(), kKey, "more events than the text can hold");
+        count(event, event.size(), kKey);
         constexpr int64_t kMax16 = std::numeric_limits<uint16_t>::max();
         const auto timeUs = microseconds(number(event[0], kKey, 0, std::numeric_limits<int64_t>::max()),
                                          number(event[1], kKey, 0, std::numeric_limits<int64_t>::max()));
@@ -97,16 +96,30 @@ class LibinputReader {
                                      static_cast<uint16_t>(number(event[3], kKey, 0, kMax16)), int32(event[4], kKey)});
     }
 
+    /// An alias repeats what it stands for without writing it again, and so could make anything of a small file. Each
+    /// element, key or character that is looked at counts; what is written out takes a byte for each, or nearly so.
+    void count(const YAML::Node& node, size_t seen, const std::string& key) {
+        mSeen += seen;
+        if (mSeen > mMostSeen) fail(node.Mark(), key, "aliases make more of this than the text can hold");
+    }
+
     /// A list; an empty value (null) is a list of nothing.
-    YAML::Node list(const YAML::Node& node, const std::string& key) const {
+    YAML::Node list(const YAML::Node& node, const std::string& key) {
         if (node.IsNull()) return YAML::Node(YAML::NodeType::Sequence);
         if (!node.IsSequence()) fail(node.Mark(), key, "expected a list");
+        count(node, node.size(), key);
         return node;
     }
 
-    const YAML::Node& map(const YAML::Node& node, const std::string& key) const {
+    const YAML::Node& map(const YAML::Node& node, const std::string& key) {
         if (!node.IsMap()) fail(node.Mark(), key, "expected keys and values");
+        count(node, node.size(), key);
         return node;
+    }
+
+    std::string name(const YAML::Node& node) {
+        count(node, scalar(node).size(), "devices");
+        return scalar(node);
     }
 
     static std::string scalar(const YAML::Node& node) { return node.IsScalar() ? node.Scalar() : std::string(); }
@@ -134,7 +147,8 @@ class LibinputReader {
     }
 
     Recording mRecording;
-    size_t mMaxEvents = 0;
+    size_t mSeen = 0;
+    size_t mMostSeen = 0;
 };
 
 }  // namespace

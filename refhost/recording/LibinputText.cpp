@@ -65,7 +65,7 @@ std::string documentIn(std::string_view text, Recording& recording) {
         } else {
             skipLine(recording, lines.number(), lines.line());
         }
-        document += '\n';
+        if (lines.terminated()) document += '\n';
     }
     recording.lines = lines.number();
     return document;

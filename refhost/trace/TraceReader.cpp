@@ -1,8 +1,9 @@
 #include "refhost/trace/TraceReader.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <map>
+#include <set>
 
 #include "refhost/Files.h"
 #include "refhost/InputError.h"
@@ -18,22 +19,21 @@ constexpr size_t kLongestPropertyValue = 91;
 
 void readProperties(const JsonLine::Value& value, const JsonPlace& place, TraceHeader& header) {
     if (value.kind() != JsonLine::Kind::Object) place.fault("not an object; expected key and value pairs");
+    std::set<std::string_view> seen;
     for (auto it = value.begin(); !(it == value.end()); ++it) {
         const JsonPlace here(place, it.key());
         if (it.key().empty()) place.fault("a property without a name; expected one");
         std::string text;
         readJson(*it, here, text);
         checkPropertyValue(text, here);
-        const auto same = [&](const auto& property) { return property.first == it.key(); };
-        if (std::any_of(header.properties.begin(), header.properties.end(), same)) {
-            here.fault("given twice; expected once");
-        }
+        if (!seen.insert(it.key()).second) here.fault("given twice; expected once");
         header.properties.emplace_back(std::string(it.key()), std::move(text));
     }
 }
 
 void readDevices(const JsonLine::Value& value, const JsonPlace& place, TraceHeader& header) {
     if (value.kind() != JsonLine::Kind::Array) place.fault("not an array; expected the devices");
+    std::set<int32_t> ids;
     for (const JsonLine::Value element : value) {
         const JsonPlace here(place, header.devices.size());
         JsonFields fields(element, here);
@@ -43,8 +43,8 @@ void readDevices(const JsonLine::Value& value, const JsonPlace& place, TraceHead
         fields.optional("external", device.external);
         fields.optional("sources", device.sources);
         fields.done();
-        for (const DeviceDescription& other : header.devices) {
-            if (other.id == device.id) JsonPlace(here, "id").fault("another device has it; expected an id of its own");
+        if (!ids.insert(device.id).second) {
+            JsonPlace(here, "id").fault("another device has it; expected an id of its own");
         }
         header.devices.push_back(std::move(device));
     }
@@ -54,6 +54,7 @@ void readSensors(const JsonLine::Value& value, const JsonPlace& place, TraceHead
     if (value.kind() != JsonLine::Kind::Array) place.fault("not an array; expected the sensors");
     header.sensors.emplace();
     std::vector<aftplatform::sensors::Sensor>& sensors = *header.sensors;
+    std::map<int32_t, size_t> indexOf;
     for (const JsonLine::Value element : value) {
         const JsonPlace here(place, sensors.size());
         JsonFields fields(element, here);
@@ -61,10 +62,9 @@ void readSensors(const JsonLine::Value& value, const JsonPlace& place, TraceHead
         fields.required("type", sensor.type);
         fields.required("handle", sensor.handle);
         fields.done();
-        const auto same = [&](const aftplatform::sensors::Sensor& other) { return other.handle == sensor.handle; };
-        if (const auto other = std::find_if(sensors.begin(), sensors.end(), same); other != sensors.end()) {
+        if (const auto [other, isNew] = indexOf.emplace(sensor.handle, sensors.size()); !isNew) {
             JsonPlace(here, "handle")
-                .fault(fmt::format("sensors[{}] has it; expected a handle of its own", other - sensors.begin()));
+                .fault(fmt::format("sensors[{}] has it; expected a handle of its own", other->second));
         }
         sensors.push_back(sensor);
     }

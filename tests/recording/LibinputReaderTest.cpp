@@ -72,7 +72,7 @@ TEST(LibinputReader, DropsALastLineThatWasCut) {
 // A damaged file would be replayed with wrong events, or crash the tool, or be refused without saying where to look.
 TEST(LibinputReader, RefusesWhatItCannotRead) {
     const std::string head = "version: 1\ndevices:\n- node: /dev/input/event1\n  events:\n  - evdev:\n";
-    // A few lines of aliases could make the tool read events for hours.
+    // A few lines of aliases could make the tool read for hours.
     std::string aliases = "version: 1\ndevices:\n- events:\n  - evdev: &f\n    - &e [0, 0, 3, 53, 1]\n";
     for (int i = 0; i < 100; ++i) aliases += "    - *e\n";
     for (int i = 0; i < 100; ++i) aliases += "  - {evdev: *f}\n";
@@ -81,9 +81,11 @@ TEST(LibinputReader, RefusesWhatItCannotRead) {
                     {head + "    - [0, 0, 3, 65536, 1]\n", "6: events: evdev: '65536'"},
                     {head + "    - [0, 0, 3, 53, 2147483648]\n", "6: events: evdev: '2147483648'"},
                     {head + "    - [0, 1000000, 3, 53, 1]\n", "6: events: evdev: no time"},
-                    {aliases, "5: events: evdev: more events than"},
+                    {aliases, "5: events: evdev: aliases make more"},
+                    {head + "---\n" + kTwoDevices, "6: YAML: more behind the end"},
                     {"version: 2\ndevices:\n", "1: version: '2'"},
                     {"version: 1\n", "1: devices: missing"},
+                    {"version: 1\ndevices: [\n#", "3: YAML: "},
                     {"version: 1\ndevices:\n- 3\n", "3: devices: expected keys"},
                     {"version: 1\ndevices:\n- evdev:\n    absinfo:\n      53: [0, 1]\n", "5: absinfo: 53: 2 numbers"},
                     {"version: 1\ndevices: " + std::string(100'000, '[') + "\n", "3: YAML: "},

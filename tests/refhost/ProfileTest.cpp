@@ -17,6 +17,12 @@ const std::string kSensors = kTouch + "sensors: [{type: 1, handle: 7}, {type: fo
 const std::string kTimeline = kSensors + "- {at: 1, ";
 const std::string kScan = kTouch + "keys: {name: k, id: 5, scancodes: {";
 
+std::string repeated(const std::string& text, int times) {
+    std::string all;
+    for (int i = 0; i < times; ++i) all += text;
+    return all;
+}
+
 // An engineer whose profile has a fault would be sent to the wrong place, or replay on another phone than the one
 // meant.
 TEST(Profile, NamesTheFault) {
@@ -26,6 +32,9 @@ TEST(Profile, NamesTheFault) {
         {{"", "1: profile: not a map"},
          {"note: a\n", "1: touch: missing"},
          {kTouch + "screen: {}\n", "2: screen: unknown key"},
+         {kTouch + "---\nkeys: {}\n", "2: yaml: more behind the end"},
+         {kTouch + "note: \xe9\n", "2: note: not UTF-8"},
+         {kTouch + "properties: {\xe9: a}\n", "2: properties: not UTF-8"},
          {kOpen + "id: 3\n  surface:\n    height: 2340\n", "5: touch.surface.width: missing"},
          {kOpen + "id: 3.5\n", "3: touch.id: not an integer"},
          {kOpen + "id: 2147483648\n", "3: touch.id: does not fit; expected -2147483648 to 2147483647"},
@@ -46,6 +55,11 @@ TEST(Profile, NamesTheFault) {
          {kTimeline + "sensor: {type: 1, handle: 8}}\n", entry + ".sensor: no sensor of type 1 and handle 8"},
          {kTimeline + "fold_angle: {from: 0, samples: 0}}\n", entry + ".fold_angle.samples: expected 1 to 10000"},
          {kTimeline + "fold_angle: {from: 0, samples: 9, every: 0}}\n", entry + ".fold_angle.every: expected seconds"},
+         {kTimeline + "fold_angle: &f {from: 0, samples: 10000}}\n" + repeated("- {at: 2, fold_angle: *f}\n", 9),
+          "9: timeline[5]: more happens"},
+         {kTouch + "windows: [{name: " + std::string(2'000'000, 'w') + "}]\ntimeline:\n" +
+              repeated("- {at: 1, keyguard: true}\n", 40),
+          "37: timeline[33]: more happens"},
          {kTimeline + "sensor_service: {}}\n", entry + ".sensor_service: neither state nor fails"},
          {kTimeline + fails, entry + ".sensor_service.fails.linkToDeath: unknown \"noQueue\""}});
 }
@@ -55,9 +69,11 @@ TEST(Profile, PropertiesFromAFileGiveWayToItsOwn) {
     const std::string folder = ::testing::TempDir();
     const std::string name = fmt::format("zqaft-{}.txt", getpid());
     const std::string profile = kTouch + "properties: {ro.b: 3}\nproperties_file: " + name;
-    std::ofstream(folder + name) << "[ro.a]: [1]\r\n[ro.b]: [2]\r\n[ro.c]: []\r\n";
+    std::ofstream(folder + name) << "[ro.a]: [0]\r\n[ro.b]: [2]\r\n[ro.c]: []\r\n[ro.\xe9]: [1]\nro.a=1\nro.d=\xe9";
     const std::vector<std::pair<std::string, std::string>> expected = {{"ro.a", "1"}, {"ro.b", "3"}, {"ro.c", ""}};
-    EXPECT_EQ(parseProfile(profile, "phone.yaml", folder).properties, expected);
+    const Profile read = parseProfile(profile, "phone.yaml", folder);
+    EXPECT_EQ(read.properties, expected);
+    EXPECT_EQ(read.notes, std::vector{folder + name + ": 2 properties not in UTF-8 left out"}) << "a trace cannot";
     std::ofstream(folder + name) << "ro.a=1\n[ro.b]: 2\n";
     expectRefusals([&](const std::string& text) { parseProfile(text, "phone.yaml", folder); }, folder + name,
                    {{profile, ":2: [ro.b]: 2: "}});

@@ -122,7 +122,7 @@ TEST(TraceWriter, WhatIsWrittenReadsAsTheSame) {
             R"({"call":"processRawTouches","device":5,"when":2,"pointers":[{"id":3,"x":1,"y":2},{"id":4,"x":3,"y":4}],"touching":[4,6],"hovering":[3,8],"ids":[3,5,7],"idToIndex":{"3":1,"4":0,"5":15,"6":0,"7":0,"31":2}})",
             R"({"call":"processRawTouches","device":5,"when":2,"pointers":[{"id":3,"x":1,"y":2}],"touching":[],"ids":[3]})",
             R"({"call":"processInputWindow","windows":[{"name":"a"},{"name":"b\"","token":false,"type":2019,"frame":[-1,2,3,4],"visible":false,"notchArea":true}],"focused":1,"keyguard":true})",
-            R"({"call":"configureSurface","device":5,"width":1080,"height":2340,"orientation":3,"calibration":[1.5,0.1,-3,1e+20,1.1754944e-38,6],"rawX":[-1,1079],"rawY":[2,2339],"scale":[0.33333334,-3.4028235e+38],"translate":[0,0.5]})",
+            R"({"call":"configureSurface","device":5,"width":1080,"height":2340,"orientation":3,"calibration":[1.5,0.1,-3,1e+20,1.1754944e-38,6],"rawX":[-1,1079],"rawY":[2,2339],"scale":[0.33333334,-3.4028235e+38],"translate":[-0.0,0.5]})",
             R"({"call":"configureSurface","device":null,"width":-1,"height":0,"orientation":0,"rawX":[0,0],"rawY":[0,0]})",
             R"({"t":9223372036854775807,"call":"notifyInputStart"})",
             R"({"call":"notifyScreenState"})",
