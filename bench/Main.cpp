@@ -1,11 +1,11 @@
 #include <benchmark/benchmark.h>
 
-#include "bench/RatioTable.h"
+#include "bench/Table.h"
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    bench::RatioTable table;
+    bench::Table table;
     benchmark::RunSpecifiedBenchmarks(&table);
     benchmark::Shutdown();
 }
