@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+
+#include "refhost/check/Breach.h"
+#include "refhost/check/Switches.h"
+#include "refhost/play/CallResult.h"
+#include "refhost/trace/Trace.h"
+
+namespace refhost {
+
+/// When a gesture is cancelled, and told of:
+/// - "cancel-told"   a device's frame cancels as often as filters say so in the log, at its own time; a frame of no
+///                   device and all other calls never do
+/// - "cancel-again"  a filter cancels at most once a frame, and not again before it has seen all fingers lift; a frame
+///                   that an earlier filter has emptied is a lift-off to it, too
+/// - "report"        the slide cover's filter reports a cancel at most once, in a frame that comes out without a finger
+class CancelRules {
+  public:
+    void check(const Switches& on, const ProcessRawTouches& call, const CallResult& result, Breaches& breaches);
+    /// Of a line that is no frame: it asks for nothing.
+    void checkNone(const CallResult& result, Breaches& breaches);
+    /// With the input the fold angle's filter forgets its cancel.
+    void inputExits() { mFold = false; }
+
+  private:
+    static void checkReports(const CallResult& result, bool mayReport, Breaches& breaches);
+
+    // Filters that have cancelled, and cannot have seen a lift-off since.
+    bool mFront = false;
+    bool mCover = false;
+    bool mFold = false;
+    bool mReportable = false;  ///< the slide cover's filter has cancelled, and the gesture goes on
+};
+
+}  // namespace refhost
