@@ -88,9 +88,7 @@ int BenchPhone::gesture(int32_t y) {
         frame(data, ids);
         if (!ids.isEmpty()) ++kept;
     }
-    android::RawPointerData lifted{};
-    android::BitSet32 none{};
-    frame(lifted, none);
+    lift();
     return kept;
 }
 

@@ -36,6 +36,12 @@ class BenchPhone {
     void frame(android::RawPointerData& data, android::BitSet32& ids) {
         mPlugin.processRawTouches(panel(), mWhen += 8'000'000, data, ids, mKeys);
     }
+    /// Ends the touch sequence.
+    void lift() {
+        android::RawPointerData none{};
+        android::BitSet32 ids{};
+        frame(none, ids);
+    }
     /// Half a second after the last frame or key. Nonzero: consumed.
     int32_t key(int32_t keyCode, bool down) {
         return mPlugin.processKey(sensor(), mWhen += 500'000'000, keyCode, 0, down, 0, 0);

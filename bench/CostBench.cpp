@@ -58,6 +58,7 @@ void slowest(benchmark::State& state) {
         phone.frame(data, ids);
         histogram.add(nanoseconds(Clock::now() - start));
     }
+    phone.lift();
     state.counters["p50_ns"] = static_cast<double>(histogram.percentile(0.5));
     state.counters["p99_ns"] = static_cast<double>(histogram.percentile(0.99));
 }

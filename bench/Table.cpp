@@ -18,18 +18,15 @@ double median(std::vector<double> values) {
     return *middle;
 }
 
-/// Half the distance between the fastest and the slowest, in per cent of the median.
-double spread(const std::vector<double>& values) {
-    const auto [least, most] = std::minmax_element(values.begin(), values.end());
-    return 50 * (*most - *least) / median(values);
-}
+double fastest(const std::vector<double>& times) { return *std::min_element(times.begin(), times.end()); }
+double slowest(const std::vector<double>& times) { return *std::max_element(times.begin(), times.end()); }
 
 }  // namespace
 
 bool Table::ReportContext(const Context& context) {
     mShowsProgress = isatty(STDERR_FILENO) != 0;
-    fmt::print("{} processors of {} MHz\n\n{:<28}{:>12}    {:>6}  counters\n", context.cpu_info.num_cpus,
-               context.cpu_info.cycles_per_second / 1e6, "measure", "median", "spread");
+    fmt::print("{} processors of {} MHz\n\n{:<28}{:>12}{:>11}  counters\n", context.cpu_info.num_cpus,
+               context.cpu_info.cycles_per_second / 1e6, "measure", "fastest", "slowest");
     std::fflush(stdout);
     return true;
 }
@@ -64,8 +61,8 @@ void Table::print(const Measure& measure) {
         fmt::print("{:<28}failed: {}\n", measure.name, measure.error);
         return;
     }
-    fmt::print("{:<28}{:>9.1f} {:<2}{:>8.1f} %{}", measure.name, median(measure.times), measure.unit,
-               spread(measure.times), measure.onTheClock ? "  on the clock" : "");
+    fmt::print("{:<28}{:>9.1f} {:<2}{:>+9.1f} %{}", measure.name, fastest(measure.times), measure.unit,
+               100 * (slowest(measure.times) / fastest(measure.times) - 1), measure.onTheClock ? "  on the clock" : "");
     for (const auto& [name, values] : measure.counters) fmt::print("  {} {:.6g}", name, median(values));
     fmt::print("\n");
 }
@@ -78,7 +75,7 @@ const Table::Measure* Table::find(const std::string& name) const {
 
 void Table::printRatios() const {
     const auto timeOf = [this](const std::string& measure, int fingers) {
-        return median(find(measure + "/" + std::to_string(fingers))->times);
+        return fastest(find(measure + "/" + std::to_string(fingers))->times);
     };
     const auto slopeOf = [&](const std::string& measure) { return timeOf(measure, 10) - timeOf(measure, 1); };
     const char* const frames[] = {"frame_all", "frame_near", "frame_off"};

@@ -9,10 +9,10 @@
 
 namespace bench {
 
-/// A line for each measure: the median of its repetitions, how far they lie apart, and its counters. At the end, how
-/// the frames compare with the floor of the same run: median over median, and how steeply each grows from one finger to
-/// ten. Times are those of the processor, but where a measure is of another process or of the disk: those are on the
-/// clock.
+/// A line for each measure: the fastest of its repetitions, how much longer the slowest took, and its counters. At the
+/// end, how the frames compare with the floor of the same run, fastest with fastest, and how steeply each grows from
+/// one finger to ten. On a shared machine the fastest is what the others have disturbed least.
+/// Times are those of the processor, but where a measure is of another process or of the disk: those are on the clock.
 class Table : public benchmark::BenchmarkReporter {
   public:
     bool ReportContext(const Context& context) override;
