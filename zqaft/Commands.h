@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace zqaft {
 
@@ -9,6 +10,12 @@ struct ReplayOptions {
     std::string profile;  ///< empty: the input is a trace
     std::string device;   ///< of the recording; empty: the profile's, or the only one there is
     std::string plugin;   ///< path of the library; empty: this build's
+    bool json = false;
+};
+
+struct CheckOptions {
+    std::vector<std::string> traces;  ///< "-" for standard input
+    std::string plugin;               ///< as for a replay
     bool json = false;
 };
 
@@ -23,5 +30,6 @@ struct ImportOptions {
 
 int replay(const ReplayOptions& options);
 int import(const ImportOptions& options);
+int check(const CheckOptions& options);
 
 }  // namespace zqaft

@@ -5,6 +5,7 @@ namespace zqaft {
 /// What the program answers to the shell; `--help` lists them.
 enum ExitCode {
     kDone = 0,
+    kBreach = 1,          ///< the plug-in has broken what a host relies on
     kFaultyInput = 2,     ///< a trace, profile or recording has a fault
     kUsage = 64,          ///< the command line
     kNoInput = 66,        ///< a file cannot be opened or read

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "refhost/InputError.h"
+#include "refhost/play/Plugin.h"
 #include "refhost/trace/TraceReader.h"
 
 namespace zqaft {
@@ -12,6 +13,8 @@ namespace zqaft {
 std::unique_ptr<refhost::TraceSource> openTrace(const std::string& path) {
     return std::make_unique<refhost::TraceReader>(path);
 }
+
+std::string pluginOr(const std::string& named) { return named.empty() ? refhost::Plugin::defaultPath() : named; }
 
 void say(const std::vector<std::string>& notes) {
     for (const std::string& note : notes) fmt::print(stderr, "{}\n", refhost::onOneLine(note));

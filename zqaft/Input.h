@@ -24,6 +24,9 @@ std::unique_ptr<refhost::TraceSource> openTrace(const std::string& path);
 std::unique_ptr<refhost::TraceSource> openRecording(const std::string& path, const std::string& profile,
                                                     const std::string& device);
 
+/// The plug-in that the command line names, or this build's.
+std::string pluginOr(const std::string& named);
+
 /// Tells the user on stderr, a line each.
 void say(const std::vector<std::string>& notes);
 

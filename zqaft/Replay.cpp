@@ -15,7 +15,7 @@ int replay(const ReplayOptions& options) {
         options.profile.empty() ? openTrace(options.input)
                                 : openRecording(options.input, options.profile, options.device);
     Output out;
-    refhost::Player player(source->header(), options.plugin.empty() ? refhost::Plugin::defaultPath() : options.plugin);
+    refhost::Player player(source->header(), pluginOr(options.plugin));
     refhost::Story story;
     StoryPrinter printer(out, wantsColours());
     Progress progress;

@@ -20,9 +20,11 @@ constexpr char kFooter[] =
   zqaft replay --profile phone.yaml swipe.getevent
   zqaft import --profile phone.yaml swipe.getevent > swipe.trace.jsonl
   zqaft replay --json gesture.trace.jsonl | jq .removed
+  zqaft check *.trace.jsonl
 
 Exit codes:
    0  done
+   1  check: a trace on which the plug-in breaks what a host relies on
    2  a trace, profile or recording has a fault; stderr says FILE:LINE: KEY: what is wrong and what is expected
   64  the command line is wrong
   66  a file cannot be opened or read
@@ -86,10 +88,21 @@ int main(int argc, char** argv) {
         ->required();
     import->add_option("--device", importOptions.device, "The touch device of the recording: its name or path");
 
+    zqaft::CheckOptions checkOptions;
+    CLI::App* check =
+        app.add_subcommand("check", "Hold what the plug-in answers to traces against what a host relies on.");
+    check->add_option("TRACE", checkOptions.traces, "The traces; - reads standard input")->required();
+    check->add_option("--plugin", checkOptions.plugin,
+                      "The libzqaftprocessor.so to play through (default: this build's)");
+    check->add_flag("--json", checkOptions.json, "A line of JSON for each breach: trace, line, rule, text");
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& fault) {
         return app.exit(fault) == 0 ? zqaft::kDone : zqaft::kUsage;
     }
-    return reporting([&] { return *replay ? zqaft::replay(replayOptions) : zqaft::import(importOptions); });
+    return reporting([&] {
+        if (*check) return zqaft::check(checkOptions);
+        return *replay ? zqaft::replay(replayOptions) : zqaft::import(importOptions);
+    });
 }

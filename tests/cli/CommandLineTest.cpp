@@ -38,5 +38,25 @@ TEST_F(CommandLine, ResultsBeforeAFaultStayAndNothingFollows) {
     }
 }
 
+// A folder of traces would pass that should not, or each trace be held against the properties of the first.
+TEST_F(CommandLine, ACheckTellsEachBreachAndReadsThePropertiesOfEachTrace) {
+    const std::string key = R"({"call":"processKey","device":null,"when":60000000000,"keyCode":516,"down":true})";
+    write("off", "{\"trace\":\"zqaft\",\"version\":1}\n" + key);
+    write("on", R"({"trace":"zqaft","version":1,"properties":{"ro.zqaft.tpfp.filter_area":"9,9"}})"
+                "\n" +
+                    key);
+    const Outcome sound = run("check off on off - <on");
+    EXPECT_EQ(sound.code, 0) << sound.err;
+    EXPECT_EQ(sound.out, "traces    4: 0 frames, 4 keys\nbreaches  0\n");
+
+    const Outcome broken = run("check --plugin '" ZQAFT_BROKEN_PLUGIN "' good good");
+    const std::string text = "key 1 down was consumed; expected it dispatched";
+    EXPECT_EQ(broken.code, 1);
+    EXPECT_EQ(broken.out, "good:3: key-answer: " + text + "\ngood:3: key-answer: " + text +
+                              "\ntraces    2: 0 frames, 2 keys\nbreaches  2\n");
+    EXPECT_EQ(run("check --json --plugin '" ZQAFT_BROKEN_PLUGIN "' good").out,
+              R"({"trace":"good","line":3,"rule":"key-answer","text":")" + text + "\"}\n");
+}
+
 }  // namespace
 }  // namespace test
