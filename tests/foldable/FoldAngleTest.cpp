@@ -8,7 +8,8 @@
 #include "platform/control/SensorService.h"
 #include "tests/support/Log.h"
 
-namespace android {
+using namespace android;
+
 namespace {
 
 constexpr int kSteady = 0, kChanging = 2;
@@ -42,9 +43,8 @@ TEST_F(FoldAngle, AFold) {
     EXPECT_EQ(feed(1, 500), kSteady);
     EXPECT_EQ(feed(1, 0), kChanging);
     feed(100, 0);
-    for (int sample = 1; sample < 100; ++sample) {
+    for (int sample = 1; sample < 100; ++sample)
         EXPECT_EQ(feed(1, 90), 4 <= sample && sample <= 55 ? kChanging : kSteady) << sample;
-    }
 }
 
 // Averages exactly 10 apart are steady; beyond 1000 and below -1000 they are measured against that.
@@ -95,4 +95,3 @@ TEST_F(FoldAngle, WhatADisablingForgets) {
 }
 
 }  // namespace
-}  // namespace android

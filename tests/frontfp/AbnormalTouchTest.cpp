@@ -1,10 +1,9 @@
 // Pointers that the touch driver flags, through the exports of the built plug-in.
 
-#include <tuple>
-
 #include "tests/support/Phone.h"
 
-namespace test {
+using namespace test;
+
 namespace {
 
 refhost::WindowDescription window(const std::string& component, bool token = true) {
@@ -85,8 +84,7 @@ TEST(AbnormalTouch, CanBeSwitchedOff) {
 // is cancelled again in the next frame. Hosts rely on the cancel coming for every such frame, and in the next touch.
 TEST(AbnormalTouch, AnEmptiedFrameIsALiftOff) {
     for (const auto& [disabled, second] : {std::pair{"0", 1u}, {"1", 0u}}) {
-        Phone phone(Phone::Properties{{"ro.zqaft.tpfp.filter_area", "400,2100,680,2340"},
-                                      {"persist.zqaft.disable_abt", disabled}});
+        Phone phone({Phone::kSensorArea[0], {"persist.zqaft.disable_abt", disabled}});
         for (int touch = 0; touch < 2; ++touch) {
             phone.after(5s).touch(finger(0).at(540, 2200));
             phone.after(50ms).key(517);
@@ -100,4 +98,3 @@ TEST(AbnormalTouch, AnEmptiedFrameIsALiftOff) {
 }
 
 }  // namespace
-}  // namespace test

@@ -1,10 +1,9 @@
 // The sensor's keys, through the exports of the built plug-in.
 
-#include <tuple>
-
 #include "tests/support/Phone.h"
 
-namespace test {
+using namespace test;
+
 namespace {
 
 const Finger kOnSensor = finger(0).at(540, 2200);
@@ -41,18 +40,6 @@ TEST(KeyFilter, WhatWaitsForItsFinger) {
         phone.after(10ms).lift();
         EXPECT_TRUE(phone.sentKeys().empty()) << "sent twice";
     }
-}
-
-// A key held back for a finger that turns out to be a swipe is the sensor's mistake: neither it nor another is sent.
-TEST(KeyFilter, AHeldBackKeyOfASwipeIsDropped) {
-    Phone phone;
-    phone.key(516);
-    phone.after(50ms).touch(kOnSensor);
-    EXPECT_TRUE(phone.after(50ms).key(513));
-    phone.after(20ms).touch(kOnSensor.at(540, 2160));
-    phone.after(20ms).key(514);
-    phone.after(20ms).lift();
-    EXPECT_TRUE(phone.sentKeys().empty());
 }
 
 // A key that comes within a millisecond of its finger's lift-off is kept, and the next touch forgets it.
@@ -129,17 +116,4 @@ TEST(KeyFilter, AThumbInTheMiddleOfALandscapeScreen) {
     }
 }
 
-// A finger that slides over the sensor means its keys: they are dispatched although it is near.
-TEST(KeyFilter, ASlideOverTheSensorReportsItsKeys) {
-    Phone phone;
-    phone.touch(finger(0).at(450, 2200));
-    phone.after(10ms).touch(finger(0).at(450, 2200));
-    phone.after(10ms).touch(finger(0).at(560, 2210));
-    EXPECT_FALSE(phone.after(500ms).key(501));
-    EXPECT_TRUE(phone.logged("INFO finger may swipe over the fingerprint, report this fingerprint's event"));
-    EXPECT_TRUE(phone.key(516));
-    EXPECT_TRUE(phone.logged("DEBUG During TouchSeq#1, new finger touch down on the FP, reset the wait state"));
-}
-
 }  // namespace
-}  // namespace test

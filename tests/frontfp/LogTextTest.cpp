@@ -3,7 +3,8 @@
 
 #include "tests/support/Phone.h"
 
-namespace test {
+using namespace test;
+
 namespace {
 
 const Finger kOnSensor = finger(0).at(540, 2200);
@@ -83,7 +84,8 @@ TEST_F(LogText, OfFingers) {
     keep(phone.touch(kOnSensor));
     keep(phone.touch(kOnSensor));
     keep(phone.touch(kOnSensor.at(650, 2200)));
-    phone.key(514);
+    keep(phone.key(514));
+    keep(phone.key(516));
     keep(phone.after(10ms).touch(kOnSensor.at(650, 2200)));
     phone.lift();
     phone.rotate(1);
@@ -97,6 +99,13 @@ INFO compensate point(id=0, x=540, y=2200) replace point(541, 2150) and mark it 
 INFO TouchSeq#1, mark point(id=0, x=540, y=2200) nearby the FP, reason:compensate point
 DEBUG TouchSeq#2, preferTouchNavigationBar, dispatch nearby FP touch point(id=0, x=540, y=2200)
 INFO TouchSeq#2, mark point(id=0, x=540, y=2200) nearby the FP, reason:prefer dispatch to navigationbar and point not on edge
+INFO a nearby FP finger may swipe along the X axis(xRange:110,yRange:0)
+INFO finger may swipe over the fingerprint, report this fingerprint's event
+DEBUG During TouchSeq#2, process fingerprint event keycode=514 down
+DEBUG During TouchSeq#2, receive finger down on FP, last touch point(id=0, x=650, y=2200), filter area:[400,2100 ~ 680,2340]
+INFO During touchSeq#2, pointer is touching, update the nearby FP point(id=0) timestamp
+INFO a nearby FP finger may swipe along the X axis(xRange:110,yRange:0)
+DEBUG During TouchSeq#2, new finger touch down on the FP, reset the wait state
 INFO a nearby FP finger may swipe along the X axis(xRange:110,yRange:0)
 INFO this touch may caused by swipe on FP sensor, cancel it
 INFO TouchSeq#3, restraint current point(id=0, x=540, y=2200), onEdge=1, enrolling=0, identifying=0, FPRecently=1
@@ -128,4 +137,3 @@ INFO this touch may caused by identify finger, cancel it
 }
 
 }  // namespace
-}  // namespace test

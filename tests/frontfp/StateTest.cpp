@@ -14,7 +14,8 @@
 #include "tests/support/Finger.h"
 #include "tests/support/Log.h"
 
-namespace android {
+using namespace android;
+
 namespace {
 
 using test::finger;
@@ -45,9 +46,8 @@ TEST(AftAreaConfig, WhereTheAreaLies) {
     EXPECT_EQ(area, (AftArea{540, 2339, 540, 2340}));
     config.scan("2147483647,2147483647");
     for (const int32_t width : {INT32_MIN, -1, 0, INT32_MAX}) {
-        for (const int32_t height : {INT32_MIN, -1, 0}) {
+        for (const int32_t height : {INT32_MIN, -1, 0})
             EXPECT_FALSE(config.areaOn(width, height, area)) << width << " x " << height;
-        }
     }
 }
 
@@ -174,4 +174,3 @@ TEST_F(FilterTest, FramesBeyondTheRecord) {
 }
 
 }  // namespace
-}  // namespace android

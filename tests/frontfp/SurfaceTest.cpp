@@ -1,10 +1,10 @@
 // The surface, the navigation bar and the properties, through the exports of the built plug-in.
 
-#include <tuple>
-
+#include "platform/control/Properties.h"
 #include "tests/support/Phone.h"
 
-namespace test {
+using namespace test;
+
 namespace {
 
 /// Whether a finger at this place would be held back, the sensor having just reported one.
@@ -103,21 +103,13 @@ TEST(Surface, TheNavigationBarComesAndGoes) {
 
 // The first call reads both properties and says so, in this order, before the filter object is made; later ones do not.
 TEST(Properties, AreReadOnceAndInOrder) {
-    refhost::TraceHeader header;
-    header.properties = {{"ro.zqaft.tpfp.filter_area", "680,2100,400,2340"}, {"ro.config.zq_fold_disp", "0"}};
-    refhost::Player player(header, ZQAFT_PLUGIN_UNDER_TEST);
-    EXPECT_TRUE(player.play({2, {}, refhost::NotifyScreenState{}}).log.empty());
-    player.play({3, {}, refhost::SetProperty{"persist.zqaft.disable_abt", "0"}});
-    std::string texts;
-    for (const auto& [priority, tag, text] : player.play({4, {}, refhost::ProcessRawTouches{}}).log) {
-        if (tag == "ZqFrontFPAftProcessor") texts += std::to_string(priority) + " " + text + "; ";
-    }
-    EXPECT_EQ(texts,
-              "6 invalid config value:680,2100,400,2340; 4 enabledAbt:true; "
-              "4 version: 1.2, filterAllWindow: true; ");
-    player.play({5, {}, refhost::SetProperty{"ro.zqaft.tpfp.filter_area", "400,2100,680,2340"}});
-    EXPECT_TRUE(player.play({6, {}, refhost::ProcessRawTouches{}}).log.empty());
+    const std::string backwards = "680,2100,400,2340";
+    Phone phone(Phone::Properties{{"ro.zqaft.tpfp.filter_area", backwards}, {"ro.config.zq_fold_disp", "0"}});
+    EXPECT_EQ(phone.log(), (Lines{"ERROR invalid config value:" + backwards, "INFO enabledAbt:true"}));
+    aftplatform::properties::set("ro.zqaft.tpfp.filter_area", "400,2100,680,2340");
+    phone.lift();
+    EXPECT_EQ(phone.log(), Lines{"INFO version: 1.2, filterAllWindow: true"});
+    EXPECT_FALSE(heldBack(phone, 540, 2200));
 }
 
 }  // namespace
-}  // namespace test

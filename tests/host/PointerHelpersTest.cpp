@@ -6,11 +6,11 @@
 #include "tests/support/Finger.h"
 #include "tests/support/Log.h"
 
-namespace test {
+using namespace android;
+using namespace test;
+
 namespace {
 
-using android::BitSet32;
-using android::RawPointerData;
 using Ids = std::vector<uint32_t>;
 
 struct PointerHelpers : ::testing::Test {
@@ -92,4 +92,3 @@ TEST_F(PointerHelpers, FlagTests) {
 }
 
 }  // namespace
-}  // namespace test

@@ -1,12 +1,11 @@
 // The notch band, through the exports of the built plug-in.
 
-#include <array>
 #include <limits>
-#include <tuple>
 
 #include "tests/support/Phone.h"
 
-namespace test {
+using namespace test;
+
 namespace {
 
 const Phone::Properties kNotch = {{"ro.config.zq_notch_size", "7,80,3,4"}};
@@ -157,4 +156,3 @@ TEST(Notch, AnEmptiedFrameIsALiftOff) {
 }
 
 }  // namespace
-}  // namespace test

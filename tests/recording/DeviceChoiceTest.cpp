@@ -1,10 +1,9 @@
-#include <gtest/gtest.h>
-
 #include "RecordingText.h"
 #include "refhost/recording/DeviceChoice.h"
 #include "refhost/recording/Readers.h"
 
-namespace refhost {
+using namespace refhost;
+
 namespace {
 
 const std::string kPhone = R"(add device 1: /dev/input/event6
@@ -53,4 +52,3 @@ TEST(DeviceChoice, SaysWhatThereIsInstead) {
 }
 
 }  // namespace
-}  // namespace refhost

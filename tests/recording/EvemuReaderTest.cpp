@@ -1,9 +1,8 @@
-#include <gtest/gtest.h>
-
 #include "RecordingText.h"
 #include "refhost/recording/Readers.h"
 
-namespace refhost {
+using namespace refhost;
+
 namespace {
 
 constexpr const char* kPanel =
@@ -58,4 +57,3 @@ TEST(EvemuReader, RefusesMalformedLinesByFileLineAndKey) {
 }
 
 }  // namespace
-}  // namespace refhost

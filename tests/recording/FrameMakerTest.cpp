@@ -11,7 +11,8 @@
 
 #include "refhost/recording/FrameMaker.h"
 
-namespace refhost {
+using namespace refhost;
+
 namespace {
 
 const std::map<char, std::pair<uint16_t, uint16_t>> kCodes = {
@@ -28,8 +29,7 @@ const std::map<char, std::pair<uint16_t, uint16_t>> kCodes = {
 Recording panel(const std::string& script) {
     Recording recording;
     std::istringstream words(script);
-    std::string word;
-    while (words >> word) {
+    for (std::string word; words >> word;) {
         const auto [type, code] = kCodes.at(word[0]);
         const auto line = static_cast<uint32_t>(recording.events.size() + 1);
         const int32_t value = word.size() > 1 ? std::stoi(word.substr(1)) : 0;
@@ -48,9 +48,8 @@ std::string framesOf(const std::string& script, FrameMaker::Counts* counts = nul
         if (!frame) continue;
         EXPECT_EQ(frame->timeUs, event.timeUs);
         std::vector<std::string> contacts;
-        for (const Contact& c : frame->contacts) {
+        for (const Contact& c : frame->contacts)
             contacts.push_back(fmt::format("{}@{},{}{}{}", c.id, c.x, c.y, c.hovering ? "h" : "", c.palm ? "p" : ""));
-        }
         text += fmt::format("{}|", fmt::join(contacts, " "));
     }
     maker.finish();
@@ -156,4 +155,3 @@ TEST(FrameMaker, GivesAxesInTheHostsOrder) {
 }
 
 }  // namespace
-}  // namespace refhost

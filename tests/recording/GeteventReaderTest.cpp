@@ -1,10 +1,9 @@
-#include <gtest/gtest.h>
-
 #include "RecordingText.h"
 #include "refhost/recording/DeviceChoice.h"
 #include "refhost/recording/Readers.h"
 
-namespace refhost {
+using namespace refhost;
+
 namespace {
 
 // A finger would be missing or in a wrong place because the recording was made with other options or came through a
@@ -90,4 +89,3 @@ TEST(GeteventReader, TakesLongLinesOfAnything) {
 }
 
 }  // namespace
-}  // namespace refhost

@@ -1,11 +1,8 @@
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "RecordingText.h"
 #include "refhost/recording/Readers.h"
 
-namespace refhost {
+using namespace refhost;
+
 namespace {
 
 // A recording would be refused, or read as garbage, because of its name or of what stands before its first event.
@@ -38,4 +35,3 @@ TEST(ReadRecording, SaysWhatAForeignFileIs) {
 }
 
 }  // namespace
-}  // namespace refhost

@@ -4,13 +4,12 @@
 #include "refhost/recording/Readers.h"
 #include "tests/refhost/StoryText.h"
 
-namespace refhost {
+using namespace refhost;
+
 namespace {
 
 struct Recorded {
-    std::string profile;
-    std::string recording;
-    std::string story;
+    std::string profile, recording, story;
 };
 
 void PrintTo(const Recorded& recorded, std::ostream* out) { *out << recorded.recording << " on " << recorded.profile; }
@@ -83,4 +82,3 @@ const Recorded kRecorded[] = {
 INSTANTIATE_TEST_SUITE_P(Examples, StoryOf, ::testing::ValuesIn(kRecorded));
 
 }  // namespace
-}  // namespace refhost

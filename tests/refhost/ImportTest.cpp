@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <tuple>
 
 #include "refhost/profile/ImportedTrace.h"
@@ -7,7 +5,8 @@
 #include "tests/recording/RecordingText.h"
 #include "tests/refhost/TraceText.h"
 
-namespace refhost {
+using namespace refhost;
+
 namespace {
 
 const std::string kTouch = "touch: {name: panel, id: 3, surface: {width: 100, height: 200}}\n";
@@ -142,4 +141,3 @@ timeline:
 }
 
 }  // namespace
-}  // namespace refhost

@@ -4,7 +4,8 @@
 #include "refhost/play/ResultWriter.h"
 #include "tests/refhost/TraceText.h"
 
-namespace refhost {
+using namespace refhost;
+
 namespace {
 
 // Whoever reads results by program would miss a key that was sent again, a cancel or a finger that was taken out.
@@ -73,4 +74,3 @@ TEST(Results, TextsOfAllKinds) {
 }
 
 }  // namespace
-}  // namespace refhost

@@ -5,7 +5,8 @@
 #include "refhost/trace/TraceReader.h"
 #include "tests/refhost/StoryText.h"
 
-namespace refhost {
+using namespace refhost;
+
 namespace {
 
 // The story would blame the wrong filter, or keep silent where a gesture ends otherwise than its first line promised.
@@ -69,4 +70,3 @@ TEST(DurationHistogram, PercentilesToTheWidthOfABucket) {
 }
 
 }  // namespace
-}  // namespace refhost

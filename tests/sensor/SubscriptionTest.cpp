@@ -13,7 +13,8 @@
 #include "platform/control/LogSink.h"
 #include "refhost/trace/SensorNames.h"
 
-namespace android {
+using namespace android;
+
 namespace {
 
 namespace sensors = aftplatform::sensors;
@@ -178,4 +179,3 @@ TEST_P(Subscription, TheServiceDiesAndReturns) {
 }
 
 }  // namespace
-}  // namespace android

@@ -1,15 +1,13 @@
 // A slide cover that moves under a finger, through the exports of the built plug-in.
 
 #include <cmath>
-#include <tuple>
 
 #include "platform/control/Properties.h"
 #include "tests/support/Phone.h"
 
-namespace test {
-namespace {
+using namespace test;
 
-using Lines = std::vector<std::string>;
+namespace {
 
 const Phone::Properties kHall = {{"ro.config.zq_hall_prop", "1"}};
 const Finger kFinger = finger(0).at(540, 1200);
@@ -47,7 +45,9 @@ TEST(SlideCover, AChangeUnderAFingerEndsItsGesture) {
     Slider phone;
     const Finger higher = finger(5).at(9, 9), lower = finger(2).at(540, 1200);
     EXPECT_EQ(feel(phone, {higher, lower}), "seen");
-    EXPECT_EQ(feel(phone.after(100ms), {higher}), "seen");
+    phone.coverMoves(2);
+    phone.coverMoves(0);
+    EXPECT_EQ(feel(phone.after(100ms), {higher}), "seen") << "only what lies between two looks counts";
     phone.after(20ms).coverMoves(2);
     EXPECT_EQ(feel(phone.after(8ms), {higher, lower}), "gone" + change("state=2, preState=0, preSlideTime=120"));
     EXPECT_EQ(feel(phone.after(8ms), {higher, lower.at(560, 900)}), "gone");
@@ -76,25 +76,6 @@ TEST(SlideCover, AtRestFingersCountAgain) {
             EXPECT_NE(lift(phone), "up");
         }
     }
-}
-
-// Only what lies between two looks at the cover counts, so there and back is no change. A second change in the gesture
-// cancels nothing more: its rest counts anew and the state last looked at is reported, with the time of the first.
-TEST(SlideCover, ThereAndBackAndOn) {
-    Slider phone;
-    feel(phone);
-    phone.coverMoves(2);
-    phone.coverMoves(0);
-    EXPECT_EQ(feel(phone), "seen");
-    phone.after(10ms).coverMoves(2);
-    EXPECT_EQ(feel(phone), "gone" + change("state=2, preState=0, preSlideTime=10"));
-    phone.after(1s).coverMoves(1);
-    EXPECT_EQ(feel(phone.after(2'999'999'999ns)), "gone");
-    EXPECT_EQ(feel(phone.after(1ns)), "seen");
-    phone.coverMoves(2);
-    EXPECT_EQ(feel(phone), "gone");
-    phone.coverMoves(0);
-    EXPECT_EQ(lift(phone), report("time:10, Firstpoint(540,1200), LastPoint(540,1200), state:2"));
 }
 
 // A gesture of less than a millisecond is not worth telling; more than 99 characters cannot be told, and the log says
@@ -129,15 +110,6 @@ TEST(SlideCover, WithoutAMapper) {
     EXPECT_EQ(phone.cancels(), 0u);
     EXPECT_EQ(feel(phone), "gone") << "it is too late to cancel";
     EXPECT_EQ(lift(phone), "up; WARN device is NULL");
-}
-
-// The first that the cover ever tells is a change, even in the middle of a gesture; until then fingers are left alone.
-TEST(SlideCover, TheFirstEventIsAChange) {
-    Slider phone(kHall, -1);
-    feel(phone);
-    EXPECT_EQ(feel(phone), "seen; WARN Invalid state=-1.");
-    phone.after(3ms).coverMoves(0);
-    EXPECT_EQ(feel(phone), "gone" + change("state=0, preState=-1, preSlideTime=3"));
 }
 
 // While the host's input is off, or the sensor service dead, fingers pass, and the log says so. A cancelled gesture is
@@ -188,13 +160,16 @@ TEST(SlideCover, WhatAnEventSays) {
     }
 }
 
-// Odd numbers have a cover; without one, nothing more is done or said.
+// Odd numbers have a cover, and the first that it ever tells is a change, even in the middle of a gesture; without one,
+// nothing more is done or said.
 TEST(SlideCover, WhichPhonesHaveOne) {
     using Case = std::pair<std::string, bool>;
     for (const auto& [value, has] : {Case{"1", true}, Case{"3", true}, Case{"-1", true}, Case{"7x", true},
                                      Case{"0", false}, Case{"2", false}, Case{"", false}, Case{"x1", false}}) {
         Slider phone({{"ro.config.zq_hall_prop", value}}, -1);
         EXPECT_EQ(feel(phone), has ? "seen; WARN Invalid state=-1." : "seen") << value;
+        phone.after(3ms).coverMoves(0);
+        EXPECT_EQ(feel(phone), has ? "gone" + change("state=0, preState=-1, preSlideTime=3") : "seen");
         phone.start();
         const Lines lines = {"INFO isSupport=1", "INFO getInstance", "INFO enableSCSensor"};
         EXPECT_EQ(phone.log("ZqAftSCStateManager"), has ? lines : Lines{"INFO isSupport=0"}) << value;
@@ -207,7 +182,7 @@ TEST(SlideCover, WhatTheLogSaysAtTheStart) {
     Phone phone(kHall);
     phone.fails({{aftplatform::sensors::Call::GetService, aftplatform::sensors::Fault::Transport}});
     phone.touch(kFinger);
-    Lines lines = phone.wholeLog();
+    Lines lines = phone.log("");
     std::erase_if(lines, [](const std::string& line) { return line.find("SC") == std::string::npos; });
     const std::string manager = "INFO ZqAftSCStateManager: ", filter = "INFO ZqSCAftProcessor: ";
     EXPECT_EQ(
@@ -226,4 +201,3 @@ TEST(SlideCover, WhatTheLogSaysAtTheStart) {
 }
 
 }  // namespace
-}  // namespace test

@@ -1,5 +1,5 @@
-// The host's threads and the platform's, all at once, through the exports. Whoever races here is found by the thread
-// sanitizer; the tests themselves hold what must be true whatever the order.
+// The host's threads and the platform's, all at once, through the exports; what they cannot bring about, against the
+// class. Whoever races here is found by the thread sanitizer; the tests hold what must be true whatever the order.
 
 #include <gtest/gtest.h>
 
@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "aft/foldable/ZqAftFoldableStateManager.h"
 #include "platform/control/LogSink.h"
 #include "platform/control/Properties.h"
 #include "platform/control/SensorService.h"
@@ -16,14 +17,12 @@
 #include "refhost/play/Plugin.h"
 #include "tests/support/Finger.h"
 
-namespace test {
+using namespace android;
+using namespace test;
+
 namespace {
 
 namespace sensors = aftplatform::sensors;
-using android::BitSet32;
-using android::InputWindowHandle;
-using android::RawPointerData;
-using android::sp;
 
 constexpr int32_t kCover = 7;
 constexpr int32_t kFoldAngle = 9;
@@ -65,8 +64,8 @@ class Threads : public ::testing::Test {
         mPlugin->processInputWindow({bar, game}, game, !marked);
     }
     void surface(int32_t orientation) {
-        android::TouchAffineTransformation calibration;
-        android::RawPointerAxes axes;
+        TouchAffineTransformation calibration;
+        RawPointerAxes axes;
         axes.x.maxValue = 1079;
         axes.y.maxValue = 2339;
         mPlugin->configureSurface(mPanel.mapper(), 1080, 2340, orientation, calibration, axes, 1, 1, 0, 0);
@@ -109,7 +108,7 @@ class Threads : public ::testing::Test {
     refhost::HostDevice mPanel{{.id = 3, .name = "touchpanel"}, mRequests};
     refhost::HostDevice mSensor{{.id = 5, .name = "fingerprint", .sources = 257}, mRequests};
     std::optional<refhost::Plugin> mPlugin;
-    android::Vector<void*> mKeys;
+    Vector<void*> mKeys;
     std::atomic<size_t> mLines = 0;
     char mToken = 0;
 };
@@ -162,5 +161,18 @@ TEST_F(Threads, AnEventDoesNotWaitForACallIntoTheService) {
     EXPECT_EQ(handled, 1U) << "lines logged of the cover's change during the call";
 }
 
+// An angle that arrives while the sensor is being disabled meets the emptying of its window: neither is torn, and no
+// sample lies beyond the window's end.
+TEST_F(Threads, AnAngleMeetsTheEmptyingOfItsWindow) {
+    const sp<ZqAftFoldableStateManager> manager = new ZqAftFoldableStateManager();
+    const Job angle = [&](int round) {
+        Event event;
+        event.u.data[2] = static_cast<float>(round % 180);
+        manager->handleSensorEvent(event);
+    };
+    const Job onAndOff = [&](int /*round*/) { manager->enableSensor(), manager->disableSensor(); };
+    atOnce({angle, onAndOff, [&](int /*round*/) { ASSERT_EQ(manager->getFoldState() & ~2, 0); }});
+    EXPECT_FALSE(manager->enabled());
+}
+
 }  // namespace
-}  // namespace test
