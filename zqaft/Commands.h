@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,6 +13,11 @@ struct ReplayOptions {
     std::string device;   ///< of the recording; empty: the profile's, or the only one there is
     std::string plugin;   ///< path of the library; empty: this build's
     bool json = false;
+};
+
+struct ExplainOptions : ReplayOptions {
+    std::optional<double> at;    ///< s, as stories print them: what holds then; else every decision
+    std::optional<uint32_t> id;  ///< 0..31: only what concerns this pointer id
 };
 
 struct CheckOptions {
@@ -29,6 +36,7 @@ struct ImportOptions {
 // to stderr, and answers the exit code. Failures are thrown; main() puts them into words.
 
 int replay(const ReplayOptions& options);
+int explain(const ExplainOptions& options);
 int import(const ImportOptions& options);
 int check(const CheckOptions& options);
 

@@ -12,11 +12,6 @@ namespace {
 using refhost::append;
 using refhost::Fate;
 
-struct Look {
-    std::string_view word;
-    std::string_view colour;  ///< as a terminal takes it
-};
-
 constexpr std::string_view kGreen = "\x1b[32m";
 constexpr std::string_view kYellow = "\x1b[33m";
 constexpr std::string_view kCyan = "\x1b[36m";
@@ -24,22 +19,23 @@ constexpr std::string_view kRed = "\x1b[31m";
 constexpr std::string_view kDim = "\x1b[2m";
 constexpr std::string_view kPlain = "\x1b[0m";
 
-Look lookOf(Fate fate) {
+/// As a terminal takes it.
+std::string_view colourOf(Fate fate) {
     switch (fate) {
-        case Fate::Kept: return {"kept", kGreen};
-        case Fate::HeldBack: return {"held back", kYellow};
-        case Fate::Restored: return {"restored", kCyan};
-        case Fate::LetThrough: return {"let through", kCyan};
-        case Fate::Lost: return {"lost", kRed};
-        case Fate::Cancelled: return {"cancelled", kRed};
-        case Fate::Consumed: return {"consumed", kYellow};
-        case Fate::Dispatched: return {"dispatched", kGreen};
-        case Fate::ReSent: return {"re-sent", kCyan};
-        case Fate::Dropped: return {"dropped", kRed};
-        case Fate::Reported: return {"reported", kCyan};
-        case Fate::Noted: return {"noted", kDim};
+        case Fate::Kept:
+        case Fate::Dispatched: return kGreen;
+        case Fate::HeldBack:
+        case Fate::Consumed: return kYellow;
+        case Fate::Restored:
+        case Fate::LetThrough:
+        case Fate::ReSent:
+        case Fate::Reported: return kCyan;
+        case Fate::Lost:
+        case Fate::Cancelled:
+        case Fate::Dropped: return kRed;
+        case Fate::Noted: return kDim;
     }
-    return {"", kPlain};
+    return kPlain;
 }
 
 /// "0.8 µs", from ns.
@@ -59,11 +55,10 @@ bool wantsColours() {
 }
 
 void StoryPrinter::print(const refhost::Decision& decision) {
-    const Look look = lookOf(decision.fate);
     const auto colour = [this](std::string_view code) { return mColours ? code : std::string_view(); };
     const double seconds = static_cast<double>(decision.when) / 1e9;
-    append(mOut.text(), FMT_COMPILE("{:>11.3f} s  {}{:<11}{}  {:<24}"), seconds, colour(look.colour), look.word,
-           colour(kPlain), decision.subject);
+    append(mOut.text(), FMT_COMPILE("{:>11.3f} s  {}{:<11}{}  {:<24}"), seconds, colour(colourOf(decision.fate)),
+           refhost::wordOf(decision.fate), colour(kPlain), decision.subject);
     if (!decision.words.empty()) {
         append(mOut.text(), FMT_COMPILE("  {}{}{}"), colour(kDim), decision.words, colour(kPlain));
     }

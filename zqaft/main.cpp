@@ -20,6 +20,7 @@ constexpr char kFooter[] =
   zqaft replay --profile phone.yaml swipe.getevent
   zqaft import --profile phone.yaml swipe.getevent > swipe.trace.jsonl
   zqaft replay --json gesture.trace.jsonl | jq .removed
+  zqaft explain --at 61.25 gesture.trace.jsonl
   zqaft check *.trace.jsonl
 
 Exit codes:
@@ -31,6 +32,16 @@ Exit codes:
   69  the plug-in cannot be loaded
   70  a fault of zqaft's own
   74  the output cannot be written)";
+
+/// What is played, and through which plug-in.
+void addPlayed(CLI::App& verb, zqaft::ReplayOptions& options) {
+    verb.add_option("FILE", options.input, "The trace; - reads standard input. With --profile, a recording")
+        ->required();
+    CLI::Option* profile =
+        verb.add_option("--profile", options.profile, "The phone that the recording is taken to come from (YAML)");
+    verb.add_option("--device", options.device, "The touch device of the recording: its name or path")->needs(profile);
+    verb.add_option("--plugin", options.plugin, "The libzqaftprocessor.so to play through (default: this build's)");
+}
 
 /// Runs `work` and puts what it throws into one line on stderr and an exit code.
 template <typename Work>
@@ -71,15 +82,16 @@ int main(int argc, char** argv) {
     zqaft::ReplayOptions replayOptions;
     CLI::App* replay =
         app.add_subcommand("replay", "Play a trace, or a recording with its profile, and tell the story.");
-    replay->add_option("FILE", replayOptions.input, "The trace; - reads standard input. With --profile, a recording")
-        ->required();
-    CLI::Option* profile = replay->add_option("--profile", replayOptions.profile,
-                                              "The phone that the recording is taken to come from (YAML)");
-    replay->add_option("--device", replayOptions.device, "The touch device of the recording: its name or path")
-        ->needs(profile);
-    replay->add_option("--plugin", replayOptions.plugin,
-                       "The libzqaftprocessor.so to play through (default: this build's)");
+    addPlayed(*replay, replayOptions);
     replay->add_flag("--json", replayOptions.json, "A line of JSON for each line of the trace: all that came back");
+
+    zqaft::ExplainOptions explainOptions;
+    CLI::App* explain = app.add_subcommand("explain", "Say of each decision which rule made it, and by how much.");
+    addPlayed(*explain, explainOptions);
+    explain->add_option("--at", explainOptions.at, "What holds at this time (s, as replay prints it), finger by finger")
+        ->check(CLI::Range(0.0, 9e9));
+    explain->add_option("--id", explainOptions.id, "Only what concerns this pointer id")->check(CLI::Range(0, 31));
+    explain->add_flag("--json", explainOptions.json, "A line of JSON for each decision");
 
     zqaft::ImportOptions importOptions;
     CLI::App* import = app.add_subcommand("import", "Make a trace of a recording (getevent, evemu, libinput record).");
@@ -103,6 +115,7 @@ int main(int argc, char** argv) {
     }
     return reporting([&] {
         if (*check) return zqaft::check(checkOptions);
+        if (*explain) return zqaft::explain(explainOptions);
         return *replay ? zqaft::replay(replayOptions) : zqaft::import(importOptions);
     });
 }

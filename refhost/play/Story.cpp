@@ -18,6 +18,12 @@ std::string fingerAt(uint32_t id, int32_t x, int32_t y, const std::string& panel
     return fmt::format("finger {} at ({}, {}){}", id, x, y, panel);
 }
 
+About aboutFinger(const DeviceRef& device, uint32_t id) {
+    About about{device, {}, {}};
+    about.fingers.markBit(id);
+    return about;
+}
+
 /// When a line happens: with its event, or else on the trace's clock.
 int64_t timeOf(const TraceLine& line, int64_t now) {
     if (const auto* frame = std::get_if<ProcessRawTouches>(&line.event)) return frame->when;
@@ -42,8 +48,8 @@ const Decisions& Story::tell(const TraceLine& line, const CallResult& result) {
     return mDecisions;
 }
 
-void Story::add(int64_t when, Fate fate, std::string subject, std::string words) {
-    mDecisions.push_back({when, fate, std::move(subject), std::move(words)});
+void Story::add(int64_t when, Fate fate, std::string subject, std::string words, About about) {
+    mDecisions.push_back({when, fate, std::move(subject), std::move(words), about});
 }
 
 /// Fingers of the first panel are told without its name.
@@ -75,7 +81,7 @@ void Story::tellFrame(const ProcessRawTouches& call, const CallResult& result) {
     tellHeldKey(call, result);
     for (const Report& report : result.requests.reports) {
         ++mSummary.reports;
-        add(call.when, Fate::Reported, fmt::format("event {}", report.event), report.text);
+        add(call.when, Fate::Reported, fmt::format("event {}", report.event), report.text, {call.device, {}, {}});
     }
     hand.down = call.ids;
     hand.passed = passed;
@@ -93,17 +99,18 @@ void Story::tellFinger(uint32_t id, Hand& hand, const ProcessRawTouches& call, c
     if (!landed && passed == hand.passed.hasBit(id)) return;
 
     const std::string subject = fingerAt(id, came.x, came.y, hand.panel);
-    if (!passed) return add(call.when, Fate::HeldBack, subject, whyHeldBack(id, hand, call, result));
+    const About about = aboutFinger(call.device, id);
+    if (!passed) return add(call.when, Fate::HeldBack, subject, whyHeldBack(id, hand, call, result), about);
     const std::string said = wordsOnFinger(result, id);
-    if (landed) return add(call.when, Fate::Kept, subject, said);
+    if (landed) return add(call.when, Fate::Kept, subject, said, about);
     if (isRestoring(said)) {
         ++mSummary.restored;
         const auto* back = result.frame.frame.find(id);
         return add(call.when, Fate::Restored, back != nullptr ? fingerAt(id, back->x, back->y, hand.panel) : subject,
-                   said);
+                   said, about);
     }
     const std::string silent = hand.onSensor.hasBit(id) ? "" : whyLetThrough(id, hand, call);
-    add(call.when, Fate::LetThrough, subject, silent.empty() ? said : silent);
+    add(call.when, Fate::LetThrough, subject, silent.empty() ? said : silent, about);
 }
 
 /// The first of the filters that took the finger out, in their order; the notch filter is known by its silence.
@@ -142,7 +149,7 @@ void Story::tellCancel(const ProcessRawTouches& call, BitSet32 seen, const std::
     const auto tell = [&](std::string_view who, std::string said) {
         mCancelledLast.push_back(who);
         const bool again = std::find(before.begin(), before.end(), who) != before.end();
-        if (!again) add(call.when, Fate::Cancelled, subject, std::move(said));
+        if (!again) add(call.when, Fate::Cancelled, subject, std::move(said), {call.device, seen, {}});
     };
     for (std::string_view who : kCancellers) {
         if (std::string said = wordsOnCancel(result, who); !said.empty()) tell(who, std::move(said));
@@ -153,7 +160,8 @@ void Story::tellCancel(const ProcessRawTouches& call, BitSet32 seen, const std::
 void Story::tellLifted(const Hand& hand, const ProcessRawTouches& call) {
     for (uint32_t id : BitSet32{hand.down.value & ~call.ids.value}) {
         if (hand.everPassed.hasBit(id)) continue;
-        add(call.when, Fate::Lost, fingerAt(id, hand.lastPlace[id][0], hand.lastPlace[id][1], hand.panel), "");
+        add(call.when, Fate::Lost, fingerAt(id, hand.lastPlace[id][0], hand.lastPlace[id][1], hand.panel), "",
+            aboutFinger(call.device, id));
     }
 }
 
@@ -162,14 +170,15 @@ void Story::tellHeldKey(const ProcessRawTouches& call, const CallResult& result)
         if (key.action != NotifyKeyArgs::kActionDown) continue;
         ++mSummary.keysReSent;
         mHeldKey.reset();
-        add(call.when, Fate::ReSent, fmt::format("key {} down and up", key.keyCode), wordsOnSendingKey(result));
+        add(call.when, Fate::ReSent, fmt::format("key {} down and up", key.keyCode), wordsOnSendingKey(result),
+            {{}, {}, key.keyCode});
     }
     if (!mHeldKey) return;
     const std::string restored = wordsOnRestoring(result);
     const bool newTouch = !mTouching && !call.frame.touchingIdBits.isEmpty();  // it waited for the one before
     if (restored.empty() && !newTouch) return;
     ++mSummary.keysDropped;
-    add(call.when, Fate::Dropped, fmt::format("key {}", *mHeldKey), restored);
+    add(call.when, Fate::Dropped, fmt::format("key {}", *mHeldKey), restored, {{}, {}, mHeldKey});
     mHeldKey.reset();
 }
 
@@ -189,7 +198,8 @@ void Story::tellKey(const ProcessKey& call, const CallResult& result) {
     }
     if (heldBack) mHeldKey = call.keyCode;
     const Fate fate = heldBack ? Fate::HeldBack : consumed ? Fate::Consumed : Fate::Dispatched;
-    add(call.when, fate, fmt::format("key {} {}", call.keyCode, call.down ? "down" : "up"), wordsOnKey(result));
+    add(call.when, fate, fmt::format("key {} {}", call.keyCode, call.down ? "down" : "up"), wordsOnKey(result),
+        {call.device, {}, call.keyCode});
 }
 
 }  // namespace refhost

@@ -68,7 +68,7 @@ class Story {
                     const CallResult& result);
     void tellHeldKey(const ProcessRawTouches& call, const CallResult& result);
     void tellKey(const ProcessKey& call, const CallResult& result);
-    void add(int64_t when, Fate fate, std::string subject, std::string words);
+    void add(int64_t when, Fate fate, std::string subject, std::string words, About about);
 
     SensorStory mSensors;
     CoverStory mCover;

@@ -21,6 +21,8 @@ TEST_F(CommandLine, EveryFailureHasItsExitCodeAndSentence) {
         {"replay --plugin none/x.so good", 69,
          "none/x.so: cannot open shared object file: No such file or directory; `./run build` builds it"},
         {"replay --plugin '" ZQAFT_TOOL "' good", 69, "the plug-in"},
+        {"explain --id 32 good", 64, "--id"},
+        {"explain --at nan good", 64, "--at: expected a time"},
         {"replay good >/dev/full", 74, "cannot write the output: No space left on device\n"},
     });
 }
@@ -36,6 +38,39 @@ TEST_F(CommandLine, ResultsBeforeAFaultStayAndNothingFollows) {
         const std::string name = input[0] == '-' ? "standard input" : input;
         EXPECT_EQ(outcome.err, name + ":4: x: unknown key; expected one of call, platform, t\n");
     }
+}
+
+// The engineer would be shown another finger or another moment than the one asked for, or lines that no program can
+// load.
+TEST_F(CommandLine, ExplainsOneMomentOneFingerAndForPrograms) {
+    const auto frame = [](int ms, const std::string& pointers) {
+        return R"({"call":"processRawTouches","device":3,"when":)" + std::to_string(ms) + R"(000000,"pointers":[)" +
+               pointers + "]}\n";
+    };
+    write(
+        "two",
+        R"({"trace":"zqaft","version":1,"properties":{"ro.zqaft.tpfp.filter_area":"200,200"},"devices":[{"id":3,"name":"panel"},{"id":4,"name":"fingerprint"}]}
+{"call":"configureSurface","device":3,"width":1000,"height":2000,"orientation":0,"rawX":[0,999],"rawY":[0,1999]}
+{"call":"processKey","device":4,"when":1000000000,"keyCode":516,"down":true}
+)" + frame(1100, R"({"id":0,"x":500,"y":1900})") +
+            frame(1150, R"({"id":0,"x":500,"y":1869},{"id":1,"x":9,"y":9})") + frame(1160, ""));
+    const std::string held = run("explain --at 1.15 --id 0 two").out;
+    EXPECT_EQ(held.find("      1.150 s  held back    finger 0 at (500, 1869)\n               rule  no-gesture\n"), 0U)
+        << held;
+    EXPECT_NE(held.find("moved up                      31         at least 40       no, 9 too little\n"),
+              std::string::npos);
+    EXPECT_NE(held.find("      1.100 s  held back    finger 0 at (500, 1900)\n               rule  finger-on-sensor\n"),
+              std::string::npos)
+        << held;
+    EXPECT_EQ(held.find("lost"), std::string::npos);
+    EXPECT_EQ(run("explain --at 1.16 two").err, "no finger is on the glass then\n");
+    const std::string json =
+        R"j({"kind":"decision","time":1150000000,"verdict":"kept","subject":"finger 1 at (9, 9)","device":3,"ids":[1],)j"
+        R"j("key":null,"rule":"outside-area","words":"","measures":[{"name":"x in the area","value":9,"least":400,)j"
+        R"j("most":600,"unit":"","holds":false,"margin":-391},{"name":"y in the area","value":9,"least":1800,)j"
+        R"j("most":2000,"unit":"","holds":false,"margin":-1791}],"log":[]})j"
+        "\n";
+    EXPECT_EQ(run("explain --json --id 1 two").out, json);
 }
 
 // A folder of traces would pass that should not, or each trace be held against the properties of the first.

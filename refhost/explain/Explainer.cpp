@@ -1,0 +1,147 @@
+#include "refhost/explain/Explainer.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "refhost/play/StoryWords.h"
+
+namespace refhost {
+
+namespace {
+
+constexpr size_t kLatest = 20;  ///< decisions about a finger that are kept
+
+/// What filters say as they are made, in the first call.
+bool isOnMaking(std::string_view text) {
+    return text.starts_with("isSupport=") || text.starts_with("sAftConfig.enabled=") ||
+           text.starts_with("constructor ") || text == "getInstance";
+}
+
+/// What was logged in this call, without the lines on other fingers than the one that the decision is about.
+std::vector<LogEntry> logOn(const Decision& decision, const CallResult& result) {
+    std::vector<LogEntry> log;
+    for (const LogEntry& entry : result.log) {
+        const std::optional<int32_t> id = numberAfter(entry.text, "id=");
+        const bool another = id && *id >= 0 && !decision.about.fingers.isEmpty() &&
+                             !decision.about.fingers.hasBit(static_cast<uint32_t>(*id));
+        if (!another && !isOnMaking(entry.text)) log.push_back(entry);
+    }
+    return log;
+}
+
+}  // namespace
+
+const std::vector<Explained>& Explainer::explain(const TraceLine& line, const CallResult& result) {
+    mExplained.clear();
+    mNow = line.t.value_or(mNow);
+    mFacts.phone.hear(line, result);
+    mFacts.fold.hear(line, result);
+    if (lineOf(result, kCoverSensorTag, "handleSensorEvent ") != nullptr) mFacts.coverSince = mNow;
+    const Decisions& decisions = mStory.tell(line, result);
+    const auto* frame = std::get_if<ProcessRawTouches>(&line.event);
+    if (frame != nullptr) {
+        mFacts.keys.hear(line, result, mFacts.phone);
+        see(*frame, result);
+    }
+    for (const Decision& decision : decisions) explain(decision, result);
+    if (frame != nullptr) {
+        addComingIn(*frame, result);
+        finish(*frame);
+    } else {
+        mFacts.keys.hear(line, result, mFacts.phone);  // a key is judged by those before it
+    }
+    return mExplained;
+}
+
+void Explainer::see(const ProcessRawTouches& call, const CallResult& result) {
+    const bool begins = !mTouching && !call.frame.touchingIdBits.isEmpty();
+    mTouching = !call.frame.touchingIdBits.isEmpty();
+    if (begins) mFacts.onlyLanding.reset();
+    if (call.ids.count() >= 2) mFacts.onlyLanding.reset();
+    if (!mTouching) mLeftNotch = 0;
+    for (uint32_t id : call.ids) {
+        const auto* came = call.frame.find(id);
+        if (came == nullptr) continue;
+        const auto [known, isNew] = mFacts.fingers.try_emplace({call.device, id});
+        Finger& finger = known->second;
+        if (isNew) mSinceLanding[known->first].clear();
+        finger.now = {came->x, came->y};
+        finger.edge = (came->extraData & android::RawPointerData::Pointer::kOnEdge) != 0;
+        finger.passed = !result.frame.removed.hasBit(id);
+        finger.leftNotch = (mLeftNotch & (1U << id)) != 0;
+        const std::optional<int32_t> notch = mFacts.phone.notchOn(call.device);
+        if (notch && (came->y < 0 || came->y > *notch)) mLeftNotch |= 1U << id;
+        const bool inside = mFacts.phone.inArea(came->x, came->y);
+        if (begins && inside && call.ids.count() == 1) mFacts.onlyLanding = call.when;
+        if (!inside || isRestoring(wordsOnFinger(result, id))) finger.seenOutside = true;
+    }
+}
+
+void Explainer::explain(const Decision& decision, const CallResult& result) {
+    mExplained.push_back({decision, reasonFor(decision, result), logOn(decision, result)});
+    if (decision.fate == Fate::HeldBack && decision.about.key) mFacts.keyHeld = decision.when;
+    if (decision.fate == Fate::ReSent || decision.fate == Fate::Dropped) mFacts.keyHeld.reset();
+    if (decision.fate != Fate::HeldBack || decision.about.key) return;
+    Finger& finger = mFacts.fingers[{decision.about.device, *decision.about.fingers.begin()}];
+    finger.takenBy = mExplained.back().reason.rule;
+    if (holdsBackAtSensor(finger.takenBy)) finger.held = {decision.when, finger.now};
+}
+
+Reason Explainer::reasonFor(const Decision& decision, const CallResult& result) {
+    if (decision.fate == Fate::Noted) return {"surroundings", {}};
+    if (decision.fate == Fate::Reported) return reasonForReport(decision);
+    if (decision.fate == Fate::Cancelled) return reasonForCancel(decision, mFacts, result);
+    if (decision.about.key) return reasonForKey(decision, mFacts, result);
+    return reasonForFinger(decision, mFacts.fingers[{decision.about.device, *decision.about.fingers.begin()}], mFacts);
+}
+
+void Explainer::addComingIn(const ProcessRawTouches& call, const CallResult& result) {
+    for (const LogEntry& entry : result.log) {
+        const std::optional<int32_t> id = numberAfter(entry.text, "wide range point:id=");
+        if (entry.tag != kFrontFpTag || !id || *id < 0) continue;
+        const auto finger = mFacts.fingers.find({call.device, static_cast<uint32_t>(*id)});
+        if (finger == mFacts.fingers.end() || !finger->second.passed) continue;
+        About about{call.device, {}, {}};
+        about.fingers.markBit(finger->first.second);
+        const Place& at = finger->second.now;
+        explain({call.when, Fate::Kept, fmt::format("finger {} at ({}, {})", *id, at.x, at.y), entry.text, about},
+                result);
+    }
+}
+
+/// Forgets who has lifted, and of those that pass who took them out before.
+void Explainer::finish(const ProcessRawTouches& call) {
+    for (const Explained& each : mExplained) {
+        for (uint32_t id : each.decision.about.fingers) {
+            std::vector<Explained>& known = mSinceLanding[{call.device, id}];
+            if (known.size() == kLatest) known.erase(known.begin());
+            known.push_back(each);
+        }
+    }
+    for (auto each = mFacts.fingers.begin(); each != mFacts.fingers.end();) {
+        const bool lifted = each->first.first == call.device && !call.ids.hasBit(each->first.second);
+        if (lifted) mSinceLanding.erase(each->first);
+        if (each->second.passed) each->second.takenBy = {};
+        each = lifted ? mFacts.fingers.erase(each) : std::next(each);
+    }
+}
+
+std::vector<OnGlass> Explainer::fingersAt(int64_t when) const {
+    std::vector<OnGlass> all;
+    for (const auto& [whose, finger] : mFacts.fingers) {
+        const auto& [device, id] = whose;
+        About about{device, {}, {}};
+        about.fingers.markBit(id);
+        const std::string subject = fmt::format("finger {} at ({}, {})", id, finger.now.x, finger.now.y);
+        const auto decided = mSinceLanding.find(whose);
+        all.push_back({{{when, finger.passed ? Fate::Kept : Fate::HeldBack, subject, "", about},
+                        reasonToStay(when, device, finger, mFacts),
+                        {}},
+                       decided == mSinceLanding.end() ? std::vector<Explained>() : decided->second});
+    }
+    return all;
+}
+
+}  // namespace refhost

@@ -1,0 +1,136 @@
+#include <charconv>
+
+#include "refhost/explain/Rules.h"
+#include "refhost/explain/Thresholds.h"
+#include "refhost/play/StoryWords.h"
+
+namespace refhost {
+
+namespace {
+
+struct Said {
+    std::string_view words;
+    std::string_view rule;
+};
+
+constexpr Said kKeys[] = {
+    {"new finger touch down on the FP", "sensor-finger-new"},
+    {"TP touch recently", "sensor-finger-explained"},
+    {"Start identify finger", "sensor-tells"},
+    {"start enroll", "sensor-tells"},
+    {"centeral area", "central-area"},
+    {"touching nearby the fingerprint", "finger-nearby"},
+    {"mark this key should be filtered", "key-announced"},
+    {"delay dispatch the key:", "waits-for-finger"},
+    {"process fingerprint event", "no-finger"},
+};
+
+constexpr int32_t kFirstNotification = 516;
+constexpr int32_t kLastNotification = 519;
+
+/// The sizes that the filter tells of a slide over the sensor.
+void addSlide(Measures& measures, const CallResult& result) {
+    const LogEntry* slide = lineOf(result, kFrontFpTag, "may swipe along the X axis");
+    if (slide == nullptr) return;
+    measures.push_back(
+        {"slid along x", static_cast<double>(numberAfter(slide->text, "xRange:").value_or(0)), kSlideWidth, ""});
+    measures.push_back(
+        {"slid along y", static_cast<double>(numberAfter(slide->text, "yRange:").value_or(0)), kSlideHeight, ""});
+}
+
+/// The flags of the finger for which a gesture was cancelled.
+uint32_t flagsIn(std::string_view words) {
+    constexpr std::string_view kFlags = "extraData=0x";
+    const size_t at = words.find(kFlags);
+    uint32_t flags = 0;
+    if (at == std::string_view::npos) return flags;
+    std::from_chars(words.data() + at + kFlags.size(), words.data() + words.size(), flags, 16);
+    return flags;
+}
+
+/// A key may wait for a finger that landed alone in the area.
+void addLanding(Measures& measures, int64_t when, const Facts& facts) {
+    if (!facts.onlyLanding) return;
+    const auto since = static_cast<double>(toMs(when) - toMs(*facts.onlyLanding));
+    measures.push_back({"since the finger landed", since, kKeyOfSameFinger, "ms"});
+}
+
+Measures waited(int64_t when, const Facts& facts) {
+    if (!facts.keyHeld) return {};
+    return {{"key held for", static_cast<double>(when - *facts.keyHeld) / 1e6, kKeyHeldFor, "ms"}};
+}
+
+std::string_view ruleOf(const Decision& decision, const Facts& facts) {
+    for (const Said& said : kKeys) {
+        if (says(decision.words, said.words)) return said.rule;
+    }
+    const int32_t key = decision.about.key.value_or(0);
+    if (kFirstNotification <= key && key <= kLastNotification && decision.fate == Fate::Consumed) return "sensor-tells";
+    if (!facts.phone.isSensor(decision.about.device)) return "another-device";
+    return facts.phone.area() ? "no-finger" : "filter-off";
+}
+
+}  // namespace
+
+Reason reasonForKey(const Decision& decision, const Facts& facts, const CallResult& result) {
+    if (decision.fate == Fate::ReSent) return {"finger-no-gesture", waited(decision.when, facts)};
+    if (decision.fate == Fate::Dropped) {
+        return {decision.words.empty() ? "new-touch" : "finger-restored", waited(decision.when, facts)};
+    }
+    Reason reason{ruleOf(decision, facts), {}};
+    if (reason.rule == "no-finger" && lineOf(result, kFrontFpTag, "may swipe along the X axis") != nullptr) {
+        reason.rule = "slide-over-sensor";
+    }
+    addSlide(reason.measures, result);
+    const bool mayWait = lineOf(result, kFrontFpTag, "process fingerprint event") != nullptr ||
+                         lineOf(result, kFrontFpTag, " down filtered") != nullptr;
+    if (mayWait) addLanding(reason.measures, decision.when, facts);
+    return reason;
+}
+
+Reason reasonForCancel(const Decision& decision, const Facts& facts, const CallResult& result) {
+    const std::string_view words = decision.words;
+    const auto told = [](std::string_view text, std::string_view name) {
+        return static_cast<double>(numberAfter(text, name).value_or(0));
+    };
+    if (says(words, "identify finger, cancel it")) {
+        const LogEntry* after = lineOf(result, kFrontFpTag, "ms after finger touched down");
+        if (after == nullptr) return {"touch-before-identification", {}};
+        return {"touch-before-identification",
+                {{"from touch to identification", told(after->text, "identify finger "), kTouchBeforeIdentify, "ms"}}};
+    }
+    if (says(words, "swipe on FP sensor, cancel it")) {
+        Reason slide{"slide-over-sensor", {}};
+        addSlide(slide.measures, result);
+        slide.measures.push_back(facts.keys.sinceSlideKey(toMs(decision.when)));
+        return slide;
+    }
+    if (says(words, "Cancel abnormal touch")) {
+        const bool keyguard = lineOf(result, kFrontFpTag, "filtered as keyguard") != nullptr;
+        const bool window = lineOf(result, kFrontFpTag, "filtered as foreground window") != nullptr;
+        const auto flag = [flags = flagsIn(words)](uint32_t mask) { return (flags & mask) != 0 ? 1.0 : 0.0; };
+        return {"abnormal-touch",
+                {{"flagged as abnormal", flag(android::RawPointerData::Pointer::kAbnormal), kFlagSet, ""},
+                 {"flagged as stylus dirty", flag(android::RawPointerData::Pointer::kStylusDirty), kFlagSet, ""},
+                 {"cancels in every window", facts.phone.inEveryWindow() ? 1.0 : 0.0, kFlagSet, ""},
+                 {"keyguard in front", keyguard ? 1.0 : 0.0, kFlagSet, ""},
+                 {"call window in front", window ? 1.0 : 0.0, kFlagSet, ""}}};
+    }
+    if (says(words, "need to cancel touch.")) {
+        return {"cover-moved",
+                {{"cover moved after touch-down", told(words, "preSlideTime="), kCoverMovedAfter, "ms"}}};
+    }
+    if (!says(words, "during folding")) return {"cancel-in-silence", {}};
+    Reason folding{"folding", {}};
+    if (const auto spread = facts.fold.now()) {
+        folding.measures.push_back({"spread of the averages", *spread, kFoldSpread, ""});
+    }
+    return folding;
+}
+
+Reason reasonForReport(const Decision& decision) {
+    const auto time = static_cast<double>(numberAfter(decision.words, "{time:").value_or(0));
+    return {"cover-report", {{"cover moved after touch-down", time, kCoverMovedAfter, "ms"}}};
+}
+
+}  // namespace refhost
