@@ -68,8 +68,8 @@ TEST_F(CommandLine, ExplainsOneMomentOneFingerAndForPrograms) {
         R"j({"kind":"decision","time":1150000000,"verdict":"kept","subject":"finger 1 at (9, 9)","device":3,"ids":[1],)j"
         R"j("key":null,"rule":"outside-area","words":"","measures":[{"name":"x in the area","value":9,"least":400,)j"
         R"j("most":600,"unit":"","holds":false,"margin":-391},{"name":"y in the area","value":9,"least":1800,)j"
-        R"j("most":2000,"unit":"","holds":false,"margin":-1791}],"log":[]})j"
-        "\n";
+        R"j("most":2000,"unit":"","holds":false,"margin":-1791}],"log":[)j" +
+        std::string(ZQAFT_FOLDABLE ? R"("mFoldableStateManager not enabled.")" : "") + "]}\n";
     EXPECT_EQ(run("explain --json --id 1 two").out, json);
 }
 
