@@ -45,8 +45,8 @@ namespace android {
 /// That is a property of the chain.
 ///
 /// Threads: frames and keys come on one thread; window lists and surfaces may come on others at any time. What the
-/// latter write is under mLock; a frame or a key copies the surface out in one piece and asks for the rest where a
-/// decision needs it. Two surfaces configured at once may leave the size of one and the areas of the other.
+/// latter write is under mLock; a frame or a key copies the surface out in one piece and asks for the focused window
+/// where a decision needs it. Two surfaces configured at once may leave the size of one and the areas of the other.
 class ZqFrontFPAftProcessor : public virtual RefBase {
   public:
     ZqFrontFPAftProcessor();
@@ -76,7 +76,7 @@ class ZqFrontFPAftProcessor : public virtual RefBase {
     static bool internalKey(int32_t keyCode);
 
   protected:
-    /// What a frame or a key has to know of the surface, copied out in one piece.
+    /// What a frame or a key has to know of the surface and of what is shown on it, copied out in one piece.
     struct Surface {
         AftArea filterArea;
         AftArea centralArea;
