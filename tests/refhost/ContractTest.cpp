@@ -39,11 +39,12 @@ struct Doctored {
 };
 
 const auto kNear = finger(0).at(540, 2200);
+// What is allowed comes as late, as soon and as far sideways as it just may.
 const std::vector<TraceEvent> kTwoKept = {touch(100, {finger(3).at(1, 2), finger(1).at(5, 6)})};
 const std::vector<TraceEvent> kHeldBack = {key(1, 516), touch(100, {kNear}), touch(120, {kNear.at(540, 2170)})};
-const std::vector<TraceEvent> kRestored = {key(1, 516), touch(100, {kNear}), touch(120, {kNear.at(540, 2150)})};
+const std::vector<TraceEvent> kRestored = {key(1, 516), touch(100, {kNear}), touch(1100, {kNear.at(740, 2150)})};
 const std::vector<TraceEvent> kKeyHeld = {touch(100, {kNear}), key(150, 601)};
-const std::vector<TraceEvent> kKeySent = {touch(100, {kNear}), key(150, 601), touch(200, {})};
+const std::vector<TraceEvent> kKeySent = {touch(100, {kNear}), key(150, 601), touch(151, {})};
 const std::vector<TraceEvent> kDirty = {touch(100, {finger(0).at(5, 6).flagged(kStylusDirty)})};
 const std::vector<TraceEvent> kCoverMoved = {NotifyInputStart{}, cover(10, 0), touch(100, {finger(0)}), cover(110, 2),
                                              touch(120, {finger(0)})};
@@ -65,7 +66,7 @@ const Doctored kDoctored[] = {
     {"frame-altered", kTwoKept, [](CallResult& result) { ++first(result).x; }},
     {"frame-altered", kRestored, [](CallResult& result) { ++first(result).y; }},
     {"frame-altered", kRestored, [](CallResult& result) { first(result).extraData = 1; }},
-    {"frame-altered", then(kRestored, touch(140, {kNear.at(540, 2140)})),
+    {"frame-altered", then(kRestored, touch(1120, {kNear.at(540, 2140)})),
      [](CallResult& result) { first(result).y = 2200; }},
     {"key-answer", {key(100, 518)}, [](CallResult& result) { result.keyResult = 0; }},
     {"key-answer", {key(100, 520)}, [](CallResult& result) { result.keyResult = 1; }},
