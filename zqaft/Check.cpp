@@ -1,4 +1,7 @@
-#include "refhost/check/Contract.h"
+#include <map>
+#include <string_view>
+
+#include "refhost/check/TraceCheck.h"
 #include "refhost/play/Player.h"
 #include "zqaft/Commands.h"
 #include "zqaft/ExitCodes.h"
@@ -12,12 +15,16 @@ namespace {
 
 using refhost::append;
 using refhost::appendJson;
+using refhost::Breach;
+using refhost::Designed;
 
 struct Totals {
     size_t lines = 0;
     size_t frames = 0;
     size_t keys = 0;
     size_t breaches = 0;
+    size_t designed = 0;
+    std::map<std::string_view, size_t> byName;  ///< of what is designed
 };
 
 void count(const refhost::TraceLine& line, Totals& totals) {
@@ -26,17 +33,51 @@ void count(const refhost::TraceLine& line, Totals& totals) {
     if (std::holds_alternative<refhost::ProcessKey>(line.event)) ++totals.keys;
 }
 
-void print(Output& out, const std::string& file, const refhost::Breach& breach, bool json) {
-    if (json) {
-        append(out.text(), R"({"trace":)");
-        appendJson(out.text(), file);
-        append(out.text(), FMT_COMPILE(R"(,"line":{},"rule":"{}","text":)"), breach.line, breach.rule);
-        appendJson(out.text(), breach.text);
-        append(out.text(), "}\n");
-    } else {
-        append(out.text(), FMT_COMPILE("{}:{}: {}: {}\n"), file, breach.line, breach.rule, breach.text);
+/// Writes what is found in one trace.
+class Teller {
+  public:
+    Teller(Output& out, const std::string& file, const CheckOptions& options)
+        : mOut(out), mFile(file), mOptions(options) {}
+
+    void tell(const Breach& breach) { print("breach", "", breach); }
+    void tell(const Designed& designed) {
+        if (mOptions.designed) print("designed", designed.name, designed.breach);
     }
-    out.offer();
+
+  private:
+    /// @param name empty for a breach
+    void print(std::string_view kind, std::string_view name, const Breach& breach) {
+        refhost::TextBuffer& out = mOut.text();
+        if (mOptions.json) {
+            append(out, FMT_COMPILE(R"({{"kind":"{}","trace":)"), kind);
+            appendJson(out, mFile);
+            append(out, FMT_COMPILE(R"(,"line":{},"rule":"{}",)"), breach.line, breach.rule);
+            if (!name.empty()) append(out, FMT_COMPILE(R"("name":"{}",)"), name);
+            append(out, R"("text":)");
+            appendJson(out, breach.text);
+            append(out, "}\n");
+        } else if (name.empty()) {
+            append(out, FMT_COMPILE("{}:{}: {}: {}\n"), mFile, breach.line, breach.rule, breach.text);
+        } else {
+            append(out, FMT_COMPILE("{}:{}: designed: {}: {}\n"), mFile, breach.line, name, breach.text);
+        }
+        mOut.offer();
+    }
+
+    Output& mOut;
+    const std::string& mFile;
+    const CheckOptions& mOptions;
+};
+
+void summarise(Output& out, size_t traces, const Totals& totals) {
+    append(out.text(), FMT_COMPILE("traces    {}: {} frames, {} keys\nbreaches  {}\ndesigned  {}"), traces,
+           totals.frames, totals.keys, totals.breaches, totals.designed);
+    std::string_view between = ": ";
+    for (const auto& [name, times] : totals.byName) {
+        append(out.text(), FMT_COMPILE("{}{} {}"), between, name, times);
+        between = ", ";
+    }
+    append(out.text(), "\n");
 }
 
 }  // namespace
@@ -48,25 +89,28 @@ int check(const CheckOptions& options) {
         const std::unique_ptr<refhost::TraceSource> source = openTrace(file);
         refhost::Player player(source->header(),
                                pluginOr(options.plugin));  // loaded anew: it reads the properties once
-        refhost::Contract contract(source->header());
+        refhost::TraceCheck check(source->header());
+        Teller teller(out, file, options);
         Progress progress;
         refhost::TraceLine line;
-        size_t told = 0;
+        size_t breaches = 0;
+        size_t designed = 0;
         while (source->next(line)) {
-            contract.hear(line, player.play(line));
-            for (; told < contract.breaches().size(); ++told) {
-                if (out.isTerminal()) progress.clear();
-                print(out, file, contract.breaches()[told], options.json);
+            check.hear(line, player.play(line));
+            const bool found = breaches < check.breaches().size() || designed < check.designed().size();
+            if (found && out.isTerminal()) progress.clear();
+            for (; breaches < check.breaches().size(); ++breaches) teller.tell(check.breaches()[breaches]);
+            for (; designed < check.designed().size(); ++designed) {
+                teller.tell(check.designed()[designed]);
+                ++totals.byName[check.designed()[designed].name];
             }
             count(line, totals);
             if (progress.due(totals.lines)) progress.at(totals.lines, source->progress());
         }
-        totals.breaches += told;
+        totals.breaches += breaches;
+        totals.designed += designed;
     }
-    if (!options.json) {
-        append(out.text(), FMT_COMPILE("traces    {}: {} frames, {} keys\nbreaches  {}\n"), options.traces.size(),
-               totals.frames, totals.keys, totals.breaches);
-    }
+    if (!options.json) summarise(out, options.traces.size(), totals);
     out.flush();
     return totals.breaches == 0 ? kDone : kBreach;
 }

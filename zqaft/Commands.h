@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -23,6 +24,7 @@ struct ExplainOptions : ReplayOptions {
 struct CheckOptions {
     std::vector<std::string> traces;  ///< "-" for standard input
     std::string plugin;               ///< as for a replay
+    bool designed = false;            ///< list what filters are designed for, too; else it is counted
     bool json = false;
 };
 

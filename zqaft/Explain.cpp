@@ -50,9 +50,7 @@ class Teller {
 
 int explain(const ExplainOptions& options) {
     if (options.at && std::isnan(*options.at)) throw UsageError("--at: expected a time in seconds, such as 61.25");
-    const std::unique_ptr<refhost::TraceSource> source =
-        options.profile.empty() ? openTrace(options.input)
-                                : openRecording(options.input, options.profile, options.device);
+    const std::unique_ptr<refhost::TraceSource> source = openPlayed(options);
     Output out;
     refhost::Player player(source->header(), pluginOr(options.plugin));
     refhost::Explainer explainer(source->header());
@@ -79,6 +77,7 @@ int explain(const ExplainOptions& options) {
     }
     progress.clear();
     if (at) {
+        if (const auto key = explainer.keyAt(*at); key && !options.id) teller.tell("key", *key);
         const std::vector<refhost::OnGlass> fingers = explainer.fingersAt(*at);
         if (fingers.empty()) say({"no finger is on the glass then"});
         for (const refhost::OnGlass& finger : fingers) {
@@ -88,9 +87,7 @@ int explain(const ExplainOptions& options) {
         }
     }
     out.flush();
-    const std::string& off = explainer.summary().filterOff;
-    if (!off.empty()) say({"the front fingerprint filter is off, its own words: " + off});
-    say(source->leftOut());
+    sayAtEnd(explainer.summary(), *source);
     return kDone;
 }
 

@@ -5,7 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "refhost/play/Story.h"
 #include "refhost/trace/Trace.h"
+#include "zqaft/Commands.h"
 
 namespace zqaft {
 
@@ -27,7 +29,13 @@ std::unique_ptr<refhost::TraceSource> openRecording(const std::string& path, con
 /// The plug-in that the command line names, or this build's.
 std::string pluginOr(const std::string& named);
 
+/// What is played: a trace, or with a profile a recording. As the two above.
+std::unique_ptr<refhost::TraceSource> openPlayed(const ReplayOptions& options);
+
 /// Tells the user on stderr, a line each.
 void say(const std::vector<std::string>& notes);
+
+/// What the user should know once all has been played: that a filter is off, and what a recording had to do without.
+void sayAtEnd(const refhost::Summary& summary, const refhost::TraceSource& source);
 
 }  // namespace zqaft

@@ -5,6 +5,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
 
 namespace zqaft {
 
@@ -30,6 +33,20 @@ void Output::flush() {
     const bool written = std::fwrite(mText.data(), 1, mText.size(), stdout) == mText.size() && std::fflush(stdout) == 0;
     mText.clear();
     if (!written) throw OutputError(fmt::format("cannot write the output: {}", std::strerror(errno)));
+}
+
+void replaceFile(const std::string& path, std::string_view text) {
+    std::error_code unknown;
+    const auto there = std::filesystem::status(path, unknown);
+    const bool inPlace = std::filesystem::exists(there) && !std::filesystem::is_regular_file(there);
+    const std::string written = inPlace ? path : fmt::format("{}.{}.tmp", path, getpid());
+    std::ofstream file(written, std::ios::binary);
+    file << text;
+    file.close();
+    if (file.good() && (inPlace || std::rename(written.c_str(), path.c_str()) == 0)) return;
+    const std::string reason = std::strerror(errno);
+    if (!inPlace) static_cast<void>(std::remove(written.c_str()));
+    throw OutputError(fmt::format("cannot write {}: {}", path, reason));
 }
 
 }  // namespace zqaft

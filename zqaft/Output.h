@@ -1,12 +1,14 @@
 #pragma once
 
 #include <stdexcept>
+#include <string>
+#include <string_view>
 
 #include "refhost/JsonText.h"
 
 namespace zqaft {
 
-/// Standard output could not be written (a full disk, a closed pipe).
+/// Standard output, or a file, could not be written (a full disk, a closed pipe).
 class OutputError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
@@ -33,5 +35,8 @@ class Output {
     refhost::TextBuffer mText;
     bool mTerminal;
 };
+
+/// Writes a file whole, or leaves it as it was; a pipe or a device gets the text as it is. Throws OutputError.
+void replaceFile(const std::string& path, std::string_view text);
 
 }  // namespace zqaft

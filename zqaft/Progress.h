@@ -1,8 +1,11 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
+#include <string_view>
 
 namespace zqaft {
 
@@ -20,6 +23,10 @@ class Progress {
     /// @param fraction of the whole, where it is known
     void at(uint64_t lines, std::optional<double> fraction);
 
+    /// The same of pieces of work that are counted: a bar on a terminal.
+    /// @param done of `all`, in `things`: "traces"
+    void at(size_t done, size_t all, std::string_view things);
+
     /// Takes the line away for now, where something else is about to be shown on the terminal.
     void clear();
 
@@ -28,6 +35,8 @@ class Progress {
 
   private:
     using Clock = std::chrono::steady_clock;
+
+    void show(Clock::time_point now, const std::string& text);
     Clock::time_point mStart;
     Clock::time_point mNext;
     bool mTerminal;

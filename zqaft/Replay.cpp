@@ -11,9 +11,7 @@
 namespace zqaft {
 
 int replay(const ReplayOptions& options) {
-    const std::unique_ptr<refhost::TraceSource> source =
-        options.profile.empty() ? openTrace(options.input)
-                                : openRecording(options.input, options.profile, options.device);
+    const std::unique_ptr<refhost::TraceSource> source = openPlayed(options);
     Output out;
     refhost::Player player(source->header(), pluginOr(options.plugin));
     refhost::Story story;
@@ -38,9 +36,7 @@ int replay(const ReplayOptions& options) {
     progress.clear();
     if (!options.json) printer.print(story.summary());
     out.flush();
-    const std::string& off = story.summary().filterOff;
-    if (!off.empty()) say({"the front fingerprint filter is off, its own words: " + off});
-    say(source->leftOut());
+    sayAtEnd(story.summary(), *source);
     return kDone;
 }
 

@@ -5,19 +5,14 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "zqaft/Colours.h"
+
 namespace zqaft {
 
 namespace {
 
 using refhost::append;
 using refhost::Fate;
-
-constexpr std::string_view kGreen = "\x1b[32m";
-constexpr std::string_view kYellow = "\x1b[33m";
-constexpr std::string_view kCyan = "\x1b[36m";
-constexpr std::string_view kRed = "\x1b[31m";
-constexpr std::string_view kDim = "\x1b[2m";
-constexpr std::string_view kPlain = "\x1b[0m";
 
 /// As a terminal takes it.
 std::string_view colourOf(Fate fate) {

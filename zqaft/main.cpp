@@ -106,7 +106,10 @@ int main(int argc, char** argv) {
     check->add_option("TRACE", checkOptions.traces, "The traces; - reads standard input")->required();
     check->add_option("--plugin", checkOptions.plugin,
                       "The libzqaftprocessor.so to play through (default: this build's)");
-    check->add_flag("--json", checkOptions.json, "A line of JSON for each breach: trace, line, rule, text");
+    check->add_flag("--designed", checkOptions.designed,
+                    "List the designed findings as well, with their lines; without it they are counted");
+    check->add_flag("--json", checkOptions.json,
+                    "A line of JSON for each finding: kind, trace, line, rule, name, text");
 
     try {
         app.parse(argc, argv);

@@ -23,6 +23,8 @@ class Contract {
 
     /// All breaches so far, in order.
     const Breaches& breaches() const { return mBreaches; }
+    /// Whether the host has handed in every frame of the gesture in progress whole.
+    bool isSound() const { return mFrames.isSound(); }
 
   private:
     Switches mSwitches;

@@ -24,6 +24,8 @@ namespace refhost {
 class FrameRules {
   public:
     void check(const ProcessRawTouches& call, const CallResult& result, Breaches& breaches);
+    /// Whether every frame of the gesture in progress keeps them as it is handed in.
+    bool isSound() const { return mSound; }
 
   private:
     using Pointer = android::RawPointerData::Pointer;

@@ -19,14 +19,19 @@ bool isOnMaking(std::string_view text) {
            text.starts_with("constructor ") || text == "getInstance";
 }
 
-/// What was logged in this call, without the lines on other fingers than the one that the decision is about.
+/// What the fold angle's filter says of each frame as long as it does nothing.
+constexpr std::string_view kFoldIdle = "mFoldableStateManager not enabled.";
+
+/// What was logged in this call, without the lines on other fingers than the one that the decision is about, and
+/// without those that say nothing of it.
 std::vector<LogEntry> logOn(const Decision& decision, const CallResult& result) {
     std::vector<LogEntry> log;
     for (const LogEntry& entry : result.log) {
         const std::optional<int32_t> id = numberAfter(entry.text, "id=");
         const bool another = id && *id >= 0 && !decision.about.fingers.isEmpty() &&
                              !decision.about.fingers.hasBit(static_cast<uint32_t>(*id));
-        if (!another && !isOnMaking(entry.text)) log.push_back(entry);
+        const bool idle = entry.text == kFoldIdle && decision.words != kFoldIdle;
+        if (!another && !idle && !isOnMaking(entry.text)) log.push_back(entry);
     }
     return log;
 }
@@ -38,7 +43,11 @@ const std::vector<Explained>& Explainer::explain(const TraceLine& line, const Ca
     mNow = line.t.value_or(mNow);
     mFacts.phone.hear(line, result);
     mFacts.fold.hear(line, result);
-    if (lineOf(result, kCoverSensorTag, "handleSensorEvent ") != nullptr) mFacts.coverSince = mNow;
+    if (const LogEntry* moved = lineOf(result, kCoverSensorTag, "handleSensorEvent ")) {
+        mFacts.coverSince = mNow;
+        mFacts.coverState = numberAfter(moved->text, " state=").value_or(-1);
+    }
+    mFacts.slide.hear(line, result, mFacts.phone);
     const Decisions& decisions = mStory.tell(line, result);
     const auto* frame = std::get_if<ProcessRawTouches>(&line.event);
     if (frame != nullptr) {
@@ -81,7 +90,10 @@ void Explainer::see(const ProcessRawTouches& call, const CallResult& result) {
 
 void Explainer::explain(const Decision& decision, const CallResult& result) {
     mExplained.push_back({decision, reasonFor(decision, result), logOn(decision, result)});
-    if (decision.fate == Fate::HeldBack && decision.about.key) mFacts.keyHeld = decision.when;
+    if (decision.fate == Fate::HeldBack && decision.about.key) {
+        mFacts.keyHeld = decision.when;
+        mHeldKey = decision;
+    }
     if (decision.fate == Fate::ReSent || decision.fate == Fate::Dropped) mFacts.keyHeld.reset();
     if (decision.fate != Fate::HeldBack || decision.about.key) return;
     Finger& finger = mFacts.fingers[{decision.about.device, *decision.about.fingers.begin()}];
@@ -126,6 +138,16 @@ void Explainer::finish(const ProcessRawTouches& call) {
         if (each->second.passed) each->second.takenBy = {};
         each = lifted ? mFacts.fingers.erase(each) : std::next(each);
     }
+}
+
+std::optional<Explained> Explainer::keyAt(int64_t when) const {
+    if (!mFacts.keyHeld) return std::nullopt;
+    Explained key{mHeldKey, reasonToWait(when, mFacts), {}};
+    key.decision.when = when;
+    key.decision.words = fmt::format(
+        "(since {:.3f} s: sent again when its finger lifts or a second one lands, dropped when it is restored)",
+        static_cast<double>(*mFacts.keyHeld) / 1e9);
+    return key;
 }
 
 std::vector<OnGlass> Explainer::fingersAt(int64_t when) const {

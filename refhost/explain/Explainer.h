@@ -33,6 +33,9 @@ class Explainer {
     /// The fingers on the glass after the last frame, each with why it passes or is taken out at `when` (ns).
     std::vector<OnGlass> fingersAt(int64_t when) const;
 
+    /// The key that waits for its finger after the last line, with what holds of both at `when` (ns), if one does.
+    std::optional<Explained> keyAt(int64_t when) const;
+
     const Summary& summary() const { return mStory.summary(); }
 
   private:
@@ -47,7 +50,8 @@ class Explainer {
     bool mTouching = false;
     uint32_t mLeftNotch = 0;  ///< pointer ids that the notch filter lets be until all are up
     std::map<std::pair<DeviceRef, uint32_t>, std::vector<Explained>> mSinceLanding;
-    int64_t mNow = 0;  ///< ns, the trace's clock
+    Decision mHeldKey;  ///< the last one that was held back
+    int64_t mNow = 0;   ///< ns, the trace's clock
     std::vector<Explained> mExplained;
 };
 

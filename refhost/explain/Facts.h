@@ -9,6 +9,7 @@
 #include "refhost/explain/FoldSpread.h"
 #include "refhost/explain/Phone.h"
 #include "refhost/explain/SensorKeys.h"
+#include "refhost/explain/SensorSlide.h"
 
 namespace refhost {
 
@@ -38,11 +39,13 @@ struct Facts {
 
     Phone phone;
     SensorKeys keys;
+    SensorSlide slide;
     FoldSpread fold;
     std::map<std::pair<DeviceRef, uint32_t>, Finger> fingers;  ///< on the glass
     std::optional<int64_t> onlyLanding;  ///< ns: when the sequence began with a single finger in the area
     std::optional<int64_t> keyHeld;      ///< ns: since when a key waits
     int64_t coverSince = 0;              ///< ns, the trace's clock: when the cover's state changed
+    int32_t coverState = -1;             ///< as that filter knows it; -1: it does not
 };
 
 }  // namespace refhost

@@ -80,6 +80,13 @@ Measures gesture(int64_t when, const Finger& finger, const Facts& facts) {
     return all;
 }
 
+/// Fingers of a cancelled gesture pass again once the cover has settled.
+Measures settling(int64_t when, const Facts& facts) {
+    if (facts.coverState != 1) return {};
+    const double settled = static_cast<double>(when - facts.coverSince) / 1e6;
+    return {{"cover in state 1 for", settled, kCoverSettledFor, "ms"}};
+}
+
 Measures notch(const DeviceRef& device, const Finger& finger, const Facts& facts) {
     const std::optional<int32_t> height = facts.phone.notchOn(device);
     if (!height) return {};
@@ -124,16 +131,14 @@ Reason toPass(int64_t when, const DeviceRef& device, const Finger& finger, const
 Reason toHoldBack(const Decision& decision, const Finger& finger, const Facts& facts) {
     const std::string_view rule = ruleIn(std::begin(kTaking), std::end(kTaking), decision.words);
     if (rule.empty()) return heldAtSensor(decision.when, decision.words, finger, facts);
+    if (rule == "cover-cancelled") return {rule, settling(decision.when, facts)};
     return {rule, rule == "notch-band" ? notch(decision.about.device, finger, facts) : Measures{}};
 }
 
 Reason toLetThrough(const Decision& decision, const Finger& finger, const Facts& facts) {
     const std::string_view rule = ruleIn(std::begin(kPassing), std::end(kPassing), decision.words);
     if (rule.starts_with("notch")) return {rule, notch(decision.about.device, finger, facts)};
-    if (rule == "cover-settled") {
-        const double settled = static_cast<double>(decision.when - facts.coverSince) / 1e6;
-        return {rule, {{"cover in state 1 for", settled, kCoverSettledFor, "ms"}}};
-    }
+    if (rule == "cover-settled") return {rule, settling(decision.when, facts)};
     if (!rule.empty()) return {rule, {}};
     if (holdsBackAtSensor(finger.takenBy) && !inArea(finger, facts)) {
         return {"left-area-late", gesture(decision.when, finger, facts)};

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <charconv>
 
 #include "refhost/explain/Rules.h"
@@ -28,14 +29,48 @@ constexpr Said kKeys[] = {
 constexpr int32_t kFirstNotification = 516;
 constexpr int32_t kLastNotification = 519;
 
-/// The sizes that the filter tells of a slide over the sensor.
+void add(Measures& measures, const SensorSlide::Size& slide) {
+    measures.push_back({"slid along x", slide.width, kSlideWidth, ""});
+    measures.push_back({"slid along y", slide.height, kSlideHeight, ""});
+}
+
+/// The sizes of a slide over the sensor, as the filter tells them.
 void addSlide(Measures& measures, const CallResult& result) {
     const LogEntry* slide = lineOf(result, kFrontFpTag, "may swipe along the X axis");
     if (slide == nullptr) return;
+    const auto size = [&](std::string_view name) {
+        return static_cast<double>(numberAfter(slide->text, name).value_or(0));
+    };
+    add(measures, {size("xRange:"), size("yRange:")});
+}
+
+/// Of a slide that falls short it tells nothing, and takes the finger for one that rests.
+void addShortSlide(Measures& measures, const Facts& facts) {
+    Measures slid;
+    if (const auto slide = facts.slide.furthest()) add(slid, *slide);
+    const bool fellShort = std::any_of(slid.begin(), slid.end(), [](const Measure& each) { return !each.holds(); });
+    if (fellShort) measures.insert(measures.end(), slid.begin(), slid.end());
+}
+
+/// In landscape: of the first finger in the central area, or else of the first that is not on the sensor.
+void addCentralArea(Measures& measures, const Facts& facts) {
+    const auto& area = facts.phone.centralArea();
+    if (!facts.phone.landscape() || !area) return;
+    const Finger* shown = nullptr;
+    for (const auto& [whose, finger] : facts.fingers) {
+        if (facts.phone.inArea(finger.now.x, finger.now.y)) continue;
+        const bool inside = area->contains(finger.now.x, finger.now.y);
+        if (shown == nullptr || inside) shown = &finger;
+        if (inside) break;
+    }
+    if (shown == nullptr) return;
+    const auto range = [](int32_t least, int32_t most) {
+        return Range{static_cast<double>(least), static_cast<double>(most)};
+    };
     measures.push_back(
-        {"slid along x", static_cast<double>(numberAfter(slide->text, "xRange:").value_or(0)), kSlideWidth, ""});
+        {"x in the central area", static_cast<double>(shown->now.x), range(area->left, area->right), ""});
     measures.push_back(
-        {"slid along y", static_cast<double>(numberAfter(slide->text, "yRange:").value_or(0)), kSlideHeight, ""});
+        {"y in the central area", static_cast<double>(shown->now.y), range(area->top, area->bottom), ""});
 }
 
 /// The flags of the finger for which a gesture was cancelled.
@@ -82,11 +117,17 @@ Reason reasonForKey(const Decision& decision, const Facts& facts, const CallResu
         reason.rule = "slide-over-sensor";
     }
     addSlide(reason.measures, result);
+    if (reason.rule == "finger-nearby" || reason.rule == "sensor-finger-explained") {
+        addShortSlide(reason.measures, facts);
+    }
     const bool mayWait = lineOf(result, kFrontFpTag, "process fingerprint event") != nullptr ||
                          lineOf(result, kFrontFpTag, " down filtered") != nullptr;
     if (mayWait) addLanding(reason.measures, decision.when, facts);
+    if (mayWait) addCentralArea(reason.measures, facts);
     return reason;
 }
+
+Reason reasonToWait(int64_t when, const Facts& facts) { return {"waits-for-finger", waited(when, facts)}; }
 
 Reason reasonForCancel(const Decision& decision, const Facts& facts, const CallResult& result) {
     const std::string_view words = decision.words;

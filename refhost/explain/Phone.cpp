@@ -8,6 +8,9 @@ namespace refhost {
 
 namespace {
 
+/// What a hand that holds the phone touches. Raw panel units.
+constexpr int32_t kBorder = 100;
+
 bool isLandscape(int32_t orientation) { return orientation == 1 || orientation == 3; }
 
 /// Numbers between commas, as many as there are, 4 at most.
@@ -31,16 +34,28 @@ bool readsProperties(const TraceEvent& event) {
 
 Phone::Phone(const TraceHeader& header) {
     for (const auto& [key, value] : header.properties) mProperties[key] = value;
-    for (const DeviceDescription& device : header.devices) mDevices[device.id] = device.name;
+    for (const DeviceDescription& device : header.devices) mDevices[device.id] = device;
 }
 
 void Phone::hear(const TraceLine& line, const CallResult& result) {
     constexpr std::string_view kHeight = "notch height:";
+    constexpr std::string_view kFoldWidth = "fold part width:";
     if (const auto* property = std::get_if<SetProperty>(&line.event)) mProperties[property->key] = property->value;
     if (!mRead && readsProperties(line.event)) readProperties();
     if (const LogEntry* told = lineOf(result, kNotchTag, kHeight)) mNotchHeight = numberAfter(told->text, kHeight);
-    if (const auto* surface = std::get_if<ConfigureSurface>(&line.event)) place(*surface);
+    if (const LogEntry* told = lineOf(result, kNotchTag, kFoldWidth)) {
+        mNotchByName = numberAfter(told->text, kFoldWidth) == 0;
+    }
     if (!wordsOnNoArea(result).empty()) mArea.reset();
+    hearOfNavigationBar(result);
+    if (const auto* surface = std::get_if<ConfigureSurface>(&line.event)) place(*surface);
+}
+
+void Phone::hearOfNavigationBar(const CallResult& result) {
+    for (const LogEntry& entry : result.log) {
+        if (entry.tag != kFrontFpTag || !entry.text.ends_with("prefer touch navigationbar")) continue;
+        mPrefersNavigationBar = !entry.text.ends_with("not prefer touch navigationbar");
+    }
 }
 
 /// Until a surface is configured, the area is the panel's corner.
@@ -52,9 +67,10 @@ void Phone::readProperties() {
 }
 
 void Phone::place(const ConfigureSurface& surface) {
-    if (surface.device) mHeldInLandscape[*surface.device] = isLandscape(surface.orientation);
+    if (carriesNotch(surface.device)) mHeldInLandscape[*surface.device] = isLandscape(surface.orientation);
     if (!mArea) return;
     mLandscape = isLandscape(surface.orientation);
+    mCentralArea = {kBorder, kBorder, surface.width - kBorder, surface.height - kBorder};
     const auto& [first, second, third, fourth] = mValues;
     if (mValueCount == 4) {
         mArea = {first, second, third, fourth};
@@ -66,7 +82,13 @@ void Phone::place(const ConfigureSurface& surface) {
 
 std::string Phone::nameOf(const DeviceRef& device) const {
     const auto known = device ? mDevices.find(*device) : mDevices.end();
-    return known == mDevices.end() ? "" : known->second;
+    return known == mDevices.end() ? "" : known->second.name;
+}
+
+bool Phone::carriesNotch(const DeviceRef& device) const {
+    const auto known = device ? mDevices.find(*device) : mDevices.end();
+    if (known == mDevices.end() || known->second.external || known->first < 0) return false;
+    return !mNotchByName || says(known->second.name, "zorvia,ts_kit");
 }
 
 std::optional<int32_t> Phone::notchOn(const DeviceRef& device) const {

@@ -24,6 +24,9 @@ Reason reasonForReport(const Decision& decision);
 /// Why a finger that stays as it is, passed or taken out, stays so at `when` (ns).
 Reason reasonToStay(int64_t when, const DeviceRef& device, const Finger& finger, const Facts& facts);
 
+/// Why the key that waits does so still at `when` (ns).
+Reason reasonToWait(int64_t when, const Facts& facts);
+
 /// Whether this rule is one of those by which the front fingerprint filter holds a finger back.
 bool holdsBackAtSensor(std::string_view rule);
 

@@ -22,10 +22,14 @@ class CoverStory {
     /// On a finger that it had taken out and lets pass again; empty where it does not.
     std::string wordsOnPassing(int64_t when) const;
 
+    /// Whether this filter lets the fingers of a gesture pass that it has cancelled: the cover has come to rest,
+    bool settled(int64_t when) const;
+    /// or it could not tell in the last frame where the cover is.
+    bool idle() const { return mBlind; }
+
   private:
     void hear(int64_t when, const SensorEvent& event, const CallResult& result, Decisions& decisions);
     void hear(int64_t when, const ProcessRawTouches& call, const CallResult& result, Decisions& decisions);
-    bool settled(int64_t when) const;
 
     std::optional<int32_t> mState;  ///< as the filter knows it
     int64_t mSince = 0;             ///< ns: when that changed

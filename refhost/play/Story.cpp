@@ -77,7 +77,7 @@ void Story::tellFrame(const ProcessRawTouches& call, const CallResult& result) {
         if (!emptied || !hand.down.hasBit(id)) tellFinger(id, hand, call, result);
         hand.lastPlace[id] = {came->x, came->y};
     }
-    tellCancel(call, {(hand.passed.value | passed.value) & call.ids.value}, hand.panel, result);
+    tellCancel(call, {(hand.passed.value | passed.value) & call.ids.value}, hand, result);
     tellHeldKey(call, result);
     for (const Report& report : result.requests.reports) {
         ++mSummary.reports;
@@ -89,7 +89,7 @@ void Story::tellFrame(const ProcessRawTouches& call, const CallResult& result) {
     hand.onSensor &= result.frame.removed;
     hand.inNotch &= result.frame.removed;
     mTouching = !call.frame.touchingIdBits.isEmpty();
-    if (!mTouching) mGestureCancelled = false;
+    if (!mTouching) hand.gestureCancelled = false;
 }
 
 void Story::tellFinger(uint32_t id, Hand& hand, const ProcessRawTouches& call, const CallResult& result) {
@@ -133,28 +133,28 @@ std::string Story::whyLetThrough(uint32_t id, const Hand& hand, const ProcessRaw
 }
 
 /// A filter may ask for the same cancel in frame after frame; the first of a run is the one that changes something.
-void Story::tellCancel(const ProcessRawTouches& call, BitSet32 seen, const std::string& panel,
-                       const CallResult& result) {
-    const std::vector<std::string_view> before = std::exchange(mCancelledLast, {});
+void Story::tellCancel(const ProcessRawTouches& call, BitSet32 seen, Hand& hand, const CallResult& result) {
+    const std::vector<std::string_view> before = std::exchange(hand.cancelledLast, {});
     if (result.requests.cancelled.empty()) return;
     mSummary.cancelRequests += result.requests.cancelled.size();
-    if (!mGestureCancelled) ++mSummary.gesturesCancelled;
-    mGestureCancelled = true;
+    if (!hand.gestureCancelled) ++mSummary.gesturesCancelled;
+    hand.gestureCancelled = true;
 
     std::string fingers;
     for (uint32_t id : seen) fingers += fmt::format("{}{}", fingers.empty() ? "" : ", ", id);
     const std::string subject =
-        seen.isEmpty() ? "gesture that nobody saw"
-                       : fmt::format("gesture of {} {}{}", seen.count() == 1 ? "finger" : "fingers", fingers, panel);
+        seen.isEmpty()
+            ? "gesture that nobody saw"
+            : fmt::format("gesture of {} {}{}", seen.count() == 1 ? "finger" : "fingers", fingers, hand.panel);
     const auto tell = [&](std::string_view who, std::string said) {
-        mCancelledLast.push_back(who);
+        hand.cancelledLast.push_back(who);
         const bool again = std::find(before.begin(), before.end(), who) != before.end();
         if (!again) add(call.when, Fate::Cancelled, subject, std::move(said), {call.device, seen, {}});
     };
     for (std::string_view who : kCancellers) {
         if (std::string said = wordsOnCancel(result, who); !said.empty()) tell(who, std::move(said));
     }
-    if (mCancelledLast.empty()) tell("", "");
+    if (hand.cancelledLast.empty()) tell("", "");
 }
 
 void Story::tellLifted(const Hand& hand, const ProcessRawTouches& call) {

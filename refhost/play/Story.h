@@ -55,7 +55,9 @@ class Story {
         android::BitSet32 onSensor{};    ///< of these, held back by the front fingerprint filter
         android::BitSet32 inNotch{};     ///< of these, taken out by the notch filter
         std::array<std::array<int32_t, 2>, android::RawPointerData::kMaxIds> lastPlace{};
-        std::string panel;  ///< as it is told; empty for the first one
+        std::vector<std::string_view> cancelledLast;  ///< who cancelled in its last frame
+        bool gestureCancelled = false;                ///< some frame of its gesture was
+        std::string panel;                            ///< as it is told; empty for the first one
     };
 
     Hand& handOn(const DeviceRef& panel);
@@ -64,8 +66,7 @@ class Story {
     std::string whyHeldBack(uint32_t id, Hand& hand, const ProcessRawTouches& call, const CallResult& result);
     std::string whyLetThrough(uint32_t id, const Hand& hand, const ProcessRawTouches& call);
     void tellLifted(const Hand& hand, const ProcessRawTouches& call);
-    void tellCancel(const ProcessRawTouches& call, android::BitSet32 seen, const std::string& panel,
-                    const CallResult& result);
+    void tellCancel(const ProcessRawTouches& call, android::BitSet32 seen, Hand& hand, const CallResult& result);
     void tellHeldKey(const ProcessRawTouches& call, const CallResult& result);
     void tellKey(const ProcessKey& call, const CallResult& result);
     void add(int64_t when, Fate fate, std::string subject, std::string words, About about);
@@ -76,10 +77,8 @@ class Story {
 
     std::map<DeviceRef, Hand> mHands;
     bool mTouching = false;
-    std::vector<std::string_view> mCancelledLast;  ///< who cancelled in the last frame
-    bool mGestureCancelled = false;                ///< some frame of this gesture was
-    std::optional<int32_t> mHeldKey;               ///< key code that waits for its finger
-    int64_t mNow = 0;                              ///< ns, the trace's clock
+    std::optional<int32_t> mHeldKey;  ///< key code that waits for its finger
+    int64_t mNow = 0;                 ///< ns, the trace's clock
 
     std::map<std::pair<DeviceRef, int32_t>, bool>
         mConsumedByKeyDown;  ///< keys that are down, and whether the key-down was consumed

@@ -68,29 +68,32 @@ TEST_F(CommandLine, ExplainsOneMomentOneFingerAndForPrograms) {
         R"j({"kind":"decision","time":1150000000,"verdict":"kept","subject":"finger 1 at (9, 9)","device":3,"ids":[1],)j"
         R"j("key":null,"rule":"outside-area","words":"","measures":[{"name":"x in the area","value":9,"least":400,)j"
         R"j("most":600,"unit":"","holds":false,"margin":-391},{"name":"y in the area","value":9,"least":1800,)j"
-        R"j("most":2000,"unit":"","holds":false,"margin":-1791}],"log":[)j" +
-        std::string(ZQAFT_FOLDABLE ? R"("mFoldableStateManager not enabled.")" : "") + "]}\n";
+        R"j("most":2000,"unit":"","holds":false,"margin":-1791}],"log":[]})j"
+        "\n";
     EXPECT_EQ(run("explain --json --id 1 two").out, json);
 }
 
 // A folder of traces would pass that should not, or each trace be held against the properties of the first.
 TEST_F(CommandLine, ACheckTellsEachBreachAndReadsThePropertiesOfEachTrace) {
     const std::string key = R"({"call":"processKey","device":null,"when":60000000000,"keyCode":516,"down":true})";
-    write("off", "{\"trace\":\"zqaft\",\"version\":1}\n" + key);
+    const std::string dirty = R"("when":0,"pointers":[{"id":0,"x":1,"y":2,"extraData":536870912}]})";
+    write("off", "{\"trace\":\"zqaft\",\"version\":1,\"devices\":[{\"id\":3,\"name\":\"panel\"}]}\n" + key +
+                     "\n{\"call\":\"processRawTouches\",\"device\":3," + dirty);
     write("on", R"({"trace":"zqaft","version":1,"properties":{"ro.zqaft.tpfp.filter_area":"9,9"}})"
                 "\n" +
                     key);
     const Outcome sound = run("check off on off - <on");
     EXPECT_EQ(sound.code, 0) << sound.err;
-    EXPECT_EQ(sound.out, "traces    4: 0 frames, 4 keys\nbreaches  0\n");
+    EXPECT_EQ(sound.out, "traces    4: 2 frames, 4 keys\nbreaches  0\ndesigned  2: abnormal-touch-passes 2\n");
+    EXPECT_EQ(run("check --designed off").out.find("off:3: designed: abnormal-touch-passes: "), 0U);
 
     const Outcome broken = run("check --plugin '" ZQAFT_BROKEN_PLUGIN "' good good");
     const std::string text = "key 1 down was consumed; expected it dispatched";
     EXPECT_EQ(broken.code, 1);
     EXPECT_EQ(broken.out, "good:3: key-answer: " + text + "\ngood:3: key-answer: " + text +
-                              "\ntraces    2: 0 frames, 2 keys\nbreaches  2\n");
+                              "\ntraces    2: 0 frames, 2 keys\nbreaches  2\ndesigned  0\n");
     EXPECT_EQ(run("check --json --plugin '" ZQAFT_BROKEN_PLUGIN "' good").out,
-              R"({"trace":"good","line":3,"rule":"key-answer","text":")" + text + "\"}\n");
+              R"({"kind":"breach","trace":"good","line":3,"rule":"key-answer","text":")" + text + "\"}\n");
 }
 
 }  // namespace

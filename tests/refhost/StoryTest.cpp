@@ -51,6 +51,32 @@ TEST(Story, TellsWhoTookAFingerAndWhoCouldNot) {
               "25 noted slide cover in state 2 (the filter has it so already); ");
 }
 
+// Of two panels that are cancelled one after the other, the second's fingers would seem to be kept.
+TEST(Story, TellsTheCancelsOfEachPanel) {
+    std::string text =
+        R"({"trace":"zqaft","version":1,"properties":{"ro.zqaft.tpfp.filter_area":"1,1,999,999"},"devices":[{"id":3,"name":"front"},{"id":4,"name":"back"},{"id":5,"name":"fingerprint"}]}
+{"call":"configureSurface","device":3,"width":1000,"height":1000,"orientation":0,"rawX":[0,999],"rawY":[0,999]})";
+    const auto frame = [&text](int device, int ms, int x) {
+        text += fmt::format(
+            R"({}{{"call":"processRawTouches","device":{},"when":{}000000,"pointers":[{{"id":0,"x":{},"y":2}}]}})",
+            '\n', device, ms, x);
+    };
+    frame(3, 9013, 1);
+    frame(4, 9014, 1);
+    text +=
+        "\n"
+        R"({"call":"processKey","device":5,"when":9015000000,"keyCode":513,"down":true})";
+    frame(3, 9023, 102);
+    frame(4, 9024, 102);
+    frame(3, 9025, 102);
+    std::istringstream in(text);
+    TraceReader trace(in, "in");
+    EXPECT_EQ(storyOf(trace, false),
+              "9013 kept finger 0 at (1, 2); 9014 kept finger 0 at (1, 2) of device 4; "
+              "9015 held back key 513 down; 9024 cancelled gesture of finger 0 of device 4; "
+              "9025 cancelled gesture of finger 0; ");
+}
+
 // The time per call that a replay reports would be of another order than the calls' own.
 TEST(DurationHistogram, PercentilesToTheWidthOfABucket) {
     EXPECT_EQ(DurationHistogram().percentile(0.5), 0);

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "refhost/check/Contract.h"
+#include "refhost/check/TraceCheck.h"
 #include "refhost/explain/Explainer.h"
 #include "refhost/play/Player.h"
 #include "refhost/play/Story.h"
@@ -17,13 +17,13 @@ namespace refhost {
 inline std::string storyOf(TraceSource& trace, bool foldAngle) {
     Player player(trace.header(), ZQAFT_PLUGIN_UNDER_TEST);
     Story story;
-    Contract contract(trace.header());
+    TraceCheck check(trace.header());
     Explainer explainer(trace.header());
     std::string told;
     TraceLine line;
     while (trace.next(line)) {
         const CallResult& result = player.play(line);
-        contract.hear(line, result);
+        check.hear(line, result);
         for (const auto& [decision, reason, log] : explainer.explain(line, result)) {
             const bool found = !reason.rule.empty() && reason.rule != "gesture-cancelled" &&
                                reason.rule != "after-cancel" && reason.rule != "cancel-in-silence";
@@ -35,7 +35,7 @@ inline std::string storyOf(TraceSource& trace, bool foldAngle) {
                                 decision.subject, decision.words.starts_with('(') ? " " + decision.words : "");
         }
     }
-    for (const Breach& breach : contract.breaches()) told += fmt::format("{} {}; ", breach.rule, breach.text);
+    for (const Breach& breach : check.breaches()) told += fmt::format("{} {}; ", breach.rule, breach.text);
     return told;
 }
 

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <vector>
+
+#include "refhost/check/Breach.h"
+#include "refhost/check/Contract.h"
+#include "refhost/check/PointerLife.h"
+#include "refhost/check/Takers.h"
+
+namespace refhost {
+
+/// Everything that a host relies on, over one trace: the contract of each call, and the lives of the pointers across
+/// them. One thread.
+class TraceCheck {
+  public:
+    explicit TraceCheck(const TraceHeader& header) : mContract(header), mTakers(header) {}
+
+    /// Takes the next line of the trace, with what came back from it. Lines come in the order in which they are played.
+    void hear(const TraceLine& line, const CallResult& result);
+
+    /// All breaches so far, by line.
+    const Breaches& breaches() const { return mBreaches; }
+    /// What would be one, were it not what a filter is for; by line.
+    const std::vector<Designed>& designed() const { return mLives.designed(); }
+
+  private:
+    Contract mContract;
+    Takers mTakers;
+    PointerLife mLives;
+    Breaches mBreaches;
+    size_t mOfContract = 0;  ///< of these
+    size_t mOfLives = 0;     ///< likewise
+};
+
+}  // namespace refhost
