@@ -21,6 +21,10 @@ struct ExplainOptions : ReplayOptions {
     std::optional<uint32_t> id;  ///< 0..31: only what concerns this pointer id
 };
 
+struct ReportOptions : ReplayOptions {
+    std::string output;  ///< the page; "-" for standard output
+};
+
 struct CheckOptions {
     std::vector<std::string> traces;  ///< "-" for standard input
     std::string plugin;               ///< as for a replay
@@ -39,6 +43,7 @@ struct ImportOptions {
 
 int replay(const ReplayOptions& options);
 int explain(const ExplainOptions& options);
+int report(const ReportOptions& options);
 int import(const ImportOptions& options);
 int check(const CheckOptions& options);
 

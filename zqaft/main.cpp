@@ -21,6 +21,7 @@ constexpr char kFooter[] =
   zqaft import --profile phone.yaml swipe.getevent > swipe.trace.jsonl
   zqaft replay --json gesture.trace.jsonl | jq .removed
   zqaft explain --at 61.25 gesture.trace.jsonl
+  zqaft report gesture.trace.jsonl -o report.html
   zqaft check *.trace.jsonl
 
 Exit codes:
@@ -93,6 +94,12 @@ int main(int argc, char** argv) {
     explain->add_option("--id", explainOptions.id, "Only what concerns this pointer id")->check(CLI::Range(0, 31));
     explain->add_flag("--json", explainOptions.json, "A line of JSON for each decision");
 
+    zqaft::ReportOptions reportOptions;
+    CLI::App* report = app.add_subcommand("report", "Draw every finger and every decision, as one page for a browser.");
+    addPlayed(*report, reportOptions);
+    report->add_option("-o,--output", reportOptions.output, "The HTML file to write; - writes standard output")
+        ->required();
+
     zqaft::ImportOptions importOptions;
     CLI::App* import = app.add_subcommand("import", "Make a trace of a recording (getevent, evemu, libinput record).");
     import->add_option("FILE", importOptions.input, "The recording; - reads standard input")->required();
@@ -119,6 +126,7 @@ int main(int argc, char** argv) {
     return reporting([&] {
         if (*check) return zqaft::check(checkOptions);
         if (*explain) return zqaft::explain(explainOptions);
+        if (*report) return zqaft::report(reportOptions);
         return *replay ? zqaft::replay(replayOptions) : zqaft::import(importOptions);
     });
 }

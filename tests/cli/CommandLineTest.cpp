@@ -23,6 +23,8 @@ TEST_F(CommandLine, EveryFailureHasItsExitCodeAndSentence) {
         {"replay --plugin '" ZQAFT_TOOL "' good", 69, "the plug-in"},
         {"explain --id 32 good", 64, "--id"},
         {"explain --at nan good", 64, "--at: expected a time"},
+        {"report good", 64, "--output is required"},
+        {"report good -o none/x.html", 74, "cannot write none/x.html: No such file or directory\n"},
         {"replay good >/dev/full", 74, "cannot write the output: No space left on device\n"},
     });
 }

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "refhost/explain/Explainer.h"
+#include "refhost/play/DurationHistogram.h"
+#include "refhost/report/JsonList.h"
+#include "refhost/report/KeyBars.h"
+#include "refhost/report/Scene.h"
+#include "refhost/report/SensorCurves.h"
+#include "refhost/report/Strokes.h"
+
+namespace refhost {
+
+/// What a report shows of a trace: the decisions, each with its reason, the paths of the fingers, what they moved over,
+/// keys and sensors. It grows with what happened, not with how often that was sampled. One thread.
+class TraceReport {
+  public:
+    explicit TraceReport(const TraceHeader& header) : mHeader(header), mExplainer(header), mScene(header) {}
+
+    void hear(const TraceLine& line, const CallResult& result);
+
+    /// Appends the report as one HTML page that needs nothing else. docs/report.md says what it holds.
+    /// @param name of the trace, as a reader knows it
+    void writePage(TextBuffer& out, std::string_view name) const;
+
+    const Summary& summary() const { return mExplainer.summary(); }
+
+  private:
+    void hearFrame(const ProcessRawTouches& call, const std::vector<Explained>& decisions);
+    void writeData(TextBuffer& out, std::string_view name) const;
+    void writeSummary(TextBuffer& out) const;
+
+    TraceHeader mHeader;
+    Explainer mExplainer;
+    Scene mScene;
+    Strokes mStrokes;
+    KeyBars mKeys;
+    SensorCurves mSensors;
+    JsonList mDecisions;
+    DurationHistogram mBetweenFrames;  ///< ns, of frames with a finger
+    std::optional<int64_t> mLastFrame;
+    std::optional<int64_t> mFirst;  ///< ns, of all that happened
+    int64_t mLast = 0;
+    int64_t mNow = 0;  ///< ns, the trace's clock
+};
+
+}  // namespace refhost

@@ -1,0 +1,125 @@
+// Puts the page together: headline, legend, keyboard, and one picture for every move of the cursor.
+
+function makeHeadline() {
+  const all = data.summary;
+  document.getElementById("name").textContent = data.name;
+  const many = (count, what, more = what + "s") => `${count} ${count === 1 ? what : more}`;
+  const facts = [`${many(all.frames, "frame")}, ${many(all.fingers, "finger")}`,
+                 `${all.pointersRemoved} of ${many(all.pointersJudged, "pointer")} removed`, `${all.restored} restored`,
+                 `${many(all.gesturesCancelled, "gesture")} cancelled`,
+                 `keys: ${all.keysConsumed} consumed, ${all.keysHeldBack} held back, ${all.keysDispatched} dispatched`];
+  document.getElementById("facts").textContent =
+    [...facts, data.note, all.filterOff && `the front fingerprint filter is off: ${all.filterOff}`].filter(Boolean).join(" \u00B7 ");
+  const phone = document.getElementById("phone");
+  for (const [name, value] of data.properties) phone.append(element("dt", "", name), element("dd", "", value));
+  for (const {id, name} of data.devices) phone.append(element("dt", "", `device ${id}`), element("dd", "", name));
+}
+
+/// Each verdict with the line that it is drawn with.
+function makeLegend() {
+  const legend = document.getElementById("legend");
+  for (const verdict of pathVerdicts) {
+    const entry = element("li", classOf(verdict));
+    entry.title = verdicts[verdict].does;
+    const dashes = verdicts[verdict].dash.join(" ");
+    entry.innerHTML = '<svg width="34" height="8" aria-hidden="true"><line x1="3" y1="4" x2="31" y2="4"/></svg>';
+    const line = entry.querySelector("line");
+    line.setAttribute("stroke-dasharray", dashes);
+    if (verdicts[verdict].core) {
+      const core = line.cloneNode();
+      core.classList.add("core");
+      line.after(core);
+    }
+    entry.append(`${verdicts[verdict].sign} ${verdict}`);
+    legend.append(entry);
+  }
+}
+
+let room = {width: 0, height: 0, time: 0};  // for the panel, and the timeline's width: CSS pixels
+
+function draw() {
+  timeline.follow();
+  drawTimeline(room.time);
+  drawPanel(room);
+  tellFingers();
+  selectDecision();
+  document.getElementById("clock").textContent = seconds(cursor.time);
+  const play = document.getElementById("play");
+  const word = cursor.playing ? "Pause" : "Play";
+  if (play.textContent !== word) play.textContent = word;
+}
+
+const kPadding = 10;  // CSS pixels, of a section; as in the style sheet
+const kPaper = 700;   // the width of what is printed; likewise
+
+function layOut() {
+  const panel = document.getElementById("panel");
+  const stacked = getComputedStyle(document.querySelector("main")).display !== "grid" || innerWidth <= 820;
+  room = {width: onPaper ? kPaper : panel.clientWidth - 2 * kPadding,
+          height: onPaper ? 380 : stacked ? Math.min(460, innerHeight * 0.6) : panel.clientHeight - 2 * kPadding,
+          time: onPaper ? kPaper : axis.parentElement.clientWidth - 2 * kPadding};
+  lanes.stale = true;
+  lanes.hatched = {};
+  readColours();
+  cursor.tell();
+}
+
+const frameStep = Math.max(1000, data.frameInterval || 8000);
+const doOnKey = {
+  ArrowRight: event => cursor.go(cursor.time + frameStep * (event.shiftKey ? 10 : 1)),
+  ArrowLeft: event => cursor.go(cursor.time - frameStep * (event.shiftKey ? 10 : 1)),
+  ArrowDown: () => hopDecision(true),
+  ArrowUp: () => hopDecision(false),
+  PageDown: () => cursor.hopLanding(true),
+  PageUp: () => cursor.hopLanding(false),
+  Home: () => cursor.go(begin),
+  End: () => cursor.go(end),
+  " ": () => cursor.play(!cursor.playing),
+  "+": () => timeline.zoom(0.5),
+  "=": () => timeline.zoom(0.5),
+  "-": () => timeline.zoom(2),
+  "z": () => lens.toFinger(),
+  "0": () => timeline.show(...timeline.whole),
+};
+
+document.addEventListener("keydown", event => {
+  const doIt = doOnKey[event.key];
+  const ownKeys = event.target.closest?.("select, summary") || (event.key === " " && event.target.closest?.("button"));
+  if (!doIt || ownKeys || event.ctrlKey || event.altKey || event.metaKey) return;
+  event.preventDefault();
+  if (event.key !== " ") cursor.play(false);
+  doIt(event);
+});
+
+document.getElementById("play").addEventListener("click", () => cursor.play(!cursor.playing));
+document.getElementById("previous").addEventListener("click", () => doOnKey.ArrowUp());
+document.getElementById("next").addEventListener("click", () => doOnKey.ArrowDown());
+document.getElementById("speed").addEventListener("change", event => { cursor.speed = Number(event.target.value); });
+
+/// Paper is light, as wide as it is, and has no window to scroll: all is there.
+function toPaper(on) {
+  onPaper = on;
+  document.documentElement.toggleAttribute("data-paper", on);
+  if (on) {
+    fillAll();
+    document.querySelector("details").open = true;
+  }
+  layOut();
+  draw();
+}
+addEventListener("beforeprint", () => toPaper(true));
+addEventListener("afterprint", () => toPaper(false));
+
+readColours();
+makeHeadline();
+makeLegend();
+makeFilters();
+makeLanes();
+openTimeline();
+makeList();
+layOut();
+draw();
+cursor.watchers.push(draw);
+new ResizeObserver(layOut).observe(document.querySelector("main"));
+matchMedia("(prefers-color-scheme: dark)").addEventListener("change", layOut);
+performance.mark("first-picture");
