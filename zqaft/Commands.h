@@ -32,6 +32,14 @@ struct CheckOptions {
     bool json = false;
 };
 
+struct CorpusOptions {
+    std::string path;    ///< of a folder of traces, or of one trace
+    std::string plugin;  ///< as for a replay
+    size_t jobs = 0;     ///< traces that are played at a time; 0: as many as there are cores
+    bool update = false;
+    bool json = false;
+};
+
 struct ImportOptions {
     std::string input;  ///< a recording
     std::string profile;
@@ -46,5 +54,6 @@ int explain(const ExplainOptions& options);
 int report(const ReportOptions& options);
 int import(const ImportOptions& options);
 int check(const CheckOptions& options);
+int corpus(const CorpusOptions& options);
 
 }  // namespace zqaft

@@ -23,11 +23,13 @@ constexpr char kFooter[] =
   zqaft explain --at 61.25 gesture.trace.jsonl
   zqaft report gesture.trace.jsonl -o report.html
   zqaft check *.trace.jsonl
+  zqaft corpus traces/
 
 Exit codes:
    0  done
-   1  check: a trace on which the plug-in breaks what a host relies on
-   2  a trace, profile or recording has a fault; stderr says FILE:LINE: KEY: what is wrong and what is expected
+   1  check, corpus: the plug-in breaks what a host relies on; corpus: a verdict has changed
+   2  a trace, profile or recording has a fault; stderr says FILE:LINE: KEY: what is wrong and what is expected.
+      corpus: a trace or its verdicts, as the table says, or a trace crashes the plug-in
   64  the command line is wrong
   66  a file cannot be opened or read
   69  the plug-in cannot be loaded
@@ -118,6 +120,17 @@ int main(int argc, char** argv) {
     check->add_flag("--json", checkOptions.json,
                     "A line of JSON for each finding: kind, trace, line, rule, name, text");
 
+    zqaft::CorpusOptions corpusOptions;
+    CLI::App* corpus = app.add_subcommand("corpus", "Replay a folder of traces, and tell which verdicts have changed.");
+    corpus->add_option("PATH", corpusOptions.path, "The folder, searched for *.trace.jsonl; or one trace")->required();
+    corpus->add_option("--jobs", corpusOptions.jobs, "Traces to replay at a time (default: as many as there are cores)")
+        ->check(CLI::Range(1, 256));
+    corpus->add_flag("--update", corpusOptions.update,
+                     "Write the verdicts of each trace beside it: NAME.verdicts.txt for NAME.trace.jsonl");
+    corpus->add_option("--plugin", corpusOptions.plugin,
+                       "The libzqaftprocessor.so to play through (default: this build's)");
+    corpus->add_flag("--json", corpusOptions.json, "A line of JSON for each trace");
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& fault) {
@@ -125,6 +138,7 @@ int main(int argc, char** argv) {
     }
     return reporting([&] {
         if (*check) return zqaft::check(checkOptions);
+        if (*corpus) return zqaft::corpus(corpusOptions);
         if (*explain) return zqaft::explain(explainOptions);
         if (*report) return zqaft::report(reportOptions);
         return *replay ? zqaft::replay(replayOptions) : zqaft::import(importOptions);

@@ -1,4 +1,6 @@
-// A plug-in that breaks what a host relies on: it consumes every key.
+// A plug-in that breaks what a host relies on: it consumes every key, and one kills it.
+
+#include <cstdlib>
 
 #include "aft/host/PluginApi.h"
 
@@ -10,7 +12,10 @@ const char* aft_version = "broken";
 
 }  // namespace android
 
-int32_t processKey(InputMapper*, int64_t, int32_t, int32_t, bool, int32_t, uint32_t) noexcept { return 1; }
+int32_t processKey(InputMapper*, int64_t, int32_t keyCode, int32_t, bool, int32_t, uint32_t) noexcept {
+    if (keyCode == 99) std::abort();
+    return 1;
+}
 void processRawTouches(InputMapper*, int64_t, RawPointerData&, BitSet32&, Vector<void*>&) noexcept {}
 void processInputWindow(const std::vector<sp<InputWindowHandle>>&, const sp<InputWindowHandle>&, bool) noexcept {}
 void configureSurface(InputMapper*, int32_t, int32_t, int32_t, TouchAffineTransformation&, RawPointerAxes&, float,

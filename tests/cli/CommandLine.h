@@ -35,7 +35,11 @@ class CommandLine : public ::testing::Test {
     }
     ~CommandLine() override { std::filesystem::remove_all(mFolder); }
 
-    void write(const std::string& name, const std::string& text) { std::ofstream(mFolder + name) << text; }
+    void write(const std::string& name, const std::string& text) {
+        std::filesystem::create_directories(std::filesystem::path(mFolder + name).parent_path());
+        std::ofstream(mFolder + name) << text;
+    }
+    std::string read(const std::string& name) const { return refhost::readFile(mFolder + name); }
 
     /// @param arguments as the shell takes them; may send standard output or input elsewhere
     Outcome run(const std::string& arguments) {

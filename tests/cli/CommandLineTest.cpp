@@ -14,6 +14,8 @@ TEST_F(CommandLine, EveryFailureHasItsExitCodeAndSentence) {
         {"replay", 64, "FILE is required"},
         {"replay --device panel good", 64, "--device requires --profile"},
         {"import recorded", 64, "--profile is required"},
+        {"corpus .", 66, ".: no file *.trace.jsonl in this folder or below\n"},
+        {"corpus none", 66, "none: no such file or folder\n"},
         {"replay none", 66, "none: cannot be opened: No such file or directory\n"},
         {"replay recorded", 2,
          "recorded:1: trace: no JSON object, so no trace; expected its header (a recording needs --profile)\n"},
