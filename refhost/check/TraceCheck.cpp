@@ -2,19 +2,33 @@
 
 namespace refhost {
 
+namespace {
+
+/// Filters take out what the set of ids names: a finger that it does not name stays, whatever they decide.
+bool namesItsFingers(const ProcessRawTouches& call) {
+    return call.ids.value == (call.frame.touchingIdBits.value | call.frame.hoveringIdBits.value);
+}
+
+}  // namespace
+
 void TraceCheck::hear(const TraceLine& line, const CallResult& result) {
     mContract.hear(line, result);
     mTakers.hear(line, result);
-    if (!mContract.isSound()) {
-        mLives.forget();
-    } else if (const auto* frame = std::get_if<ProcessRawTouches>(&line.event)) {
-        mLives.check(*frame, result, mTakers);
-    }
+    if (const auto* frame = std::get_if<ProcessRawTouches>(&line.event)) follow(*frame, result);
     const auto gather = [&](const Breaches& from, size_t& gathered) {
         for (; gathered < from.size(); ++gathered) mBreaches.push_back(from[gathered]);
     };
     gather(mContract.breaches(), mOfContract);
     gather(mLives.breaches(), mOfLives);
+}
+
+void TraceCheck::follow(const ProcessRawTouches& call, const CallResult& result) {
+    mNamed = namesItsFingers(call) && (mNamed || call.frame.touchingIdBits.isEmpty());
+    if (mNamed && mContract.isSound()) {
+        mLives.check(call, result, mTakers);
+    } else {
+        mLives.forget();
+    }
 }
 
 }  // namespace refhost

@@ -24,10 +24,13 @@ class TraceCheck {
     const std::vector<Designed>& designed() const { return mLives.designed(); }
 
   private:
+    void follow(const ProcessRawTouches& call, const CallResult& result);
+
     Contract mContract;
     Takers mTakers;
     PointerLife mLives;
     Breaches mBreaches;
+    bool mNamed = true;      ///< every frame of the gesture in progress has named its fingers
     size_t mOfContract = 0;  ///< of these
     size_t mOfLives = 0;     ///< likewise
 };

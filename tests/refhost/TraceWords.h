@@ -22,8 +22,8 @@ inline TraceHeader headerOfWords() {
 }
 
 /// Lines of words, each with its ms: "516@9000" a key, "f9300:500,1900;5,6,8000000" a frame of fingers 0 and 1, which
-/// has flags ("F" of panel 6), "turn1@9000" panel 3, "keyguard1@9000" it shows, "cover2@9000" its state, "30x88@9000"
-/// samples of the fold angle, "input0@9000" it ends.
+/// has flags ("F" of panel 6; "g" with a set of ids that names none), "turn1@9000" panel 3, "keyguard1@9000" it shows,
+/// "cover2@9000" its state, "30x88@9000" samples of the fold angle, "input0@9000" it ends.
 inline std::vector<TraceLine> linesOf(const std::string& text) {
     std::vector<TraceLine> lines{{2, 0, ConfigureSurface{3, 1000, 2000}}, {3, 0, NotifyInputStart{}}};
     std::istringstream words(text);
@@ -42,7 +42,7 @@ inline std::vector<TraceLine> linesOf(const std::string& text) {
         if (is("input%d@%d")) add(NotifyInputExit{});
         const bool folds = std::sscanf(word.c_str(), "%dx%d@%d", &times, &value, &ms) == 3;
         for (; folds && times > 0; --times) add(SensorEvent{3, 9, 0, {0, 0, static_cast<float>(value)}});
-        if (std::sscanf(word.c_str(), "%*[fF]%d:", &ms) != 1) continue;
+        if (std::sscanf(word.c_str(), "%*[fFg]%d:", &ms) != 1) continue;
         test::Fingers fingers;
         std::istringstream each(word.substr(word.find(':') + 1));
         for (std::string at; std::getline(each, at, ';');) {
@@ -51,7 +51,8 @@ inline std::vector<TraceLine> linesOf(const std::string& text) {
             fingers.push_back(finger);
         }
         const android::RawPointerData frame = test::frameOf(fingers);
-        add(ProcessRawTouches{word[0] == 'f' ? 3 : 6, ms * 1'000'000LL, frame, frame.touchingIdBits});
+        const android::BitSet32 named = word[0] == 'g' ? android::BitSet32{} : frame.touchingIdBits;
+        add(ProcessRawTouches{word[0] == 'F' ? 6 : 3, ms * 1'000'000LL, frame, named});
     }
     return lines;
 }
