@@ -19,6 +19,12 @@ void appendForScript(TextBuffer& out, std::string_view json) {
     }
 }
 
+/// A browser lets nothing into the page, or out of it, whatever a trace may hold.
+constexpr std::string_view kReachesForNothing =
+    R"(<meta http-equiv="Content-Security-Policy" content="default-src 'none'; )"
+    R"(script-src 'unsafe-inline'; style-src 'unsafe-inline'">)"
+    "\n";
+
 /// ns. A trace may hold any times: a difference that does not fit wraps around, and tells nothing.
 int64_t since(int64_t then, int64_t now) {
     return static_cast<int64_t>(static_cast<uint64_t>(now) - static_cast<uint64_t>(then));
@@ -37,10 +43,11 @@ void appendForHtml(TextBuffer& out, std::string_view text) {
 }  // namespace
 
 void TraceReport::hear(const TraceLine& line, const CallResult& result) {
-    mNow = line.t.value_or(mNow);
+    if (line.t) mClock = line.t;
+    const int64_t now = mClock.value_or(0);
     const std::vector<Explained>& decisions = mExplainer.explain(line, result);
-    mScene.hear(mNow, line, result);
-    int64_t when = mNow;
+    mScene.hear(now, line, result);
+    std::optional<int64_t> when = mClock;
     if (const auto* frame = std::get_if<ProcessRawTouches>(&line.event)) {
         when = frame->when;
         hearFrame(*frame, decisions);
@@ -48,12 +55,12 @@ void TraceReport::hear(const TraceLine& line, const CallResult& result) {
         when = key->when;
         mKeys.hear(*key, decisions);
     } else if (const auto* sample = std::get_if<SensorEvent>(&line.event)) {
-        mSensors.hear(mNow, *sample);
+        mSensors.hear(now, *sample);
     } else if (const auto* surface = std::get_if<ConfigureSurface>(&line.event)) {
         mStrokes.hear(*surface);
     }
-    mFirst = std::min(mFirst.value_or(when), when);
-    mLast = std::max(mLast, when);
+    if (when) mFirst = std::min(mFirst.value_or(*when), *when);
+    mLast = std::max(mLast, when.value_or(0));
     for (const Explained& explained : decisions) writeExplained(mDecisions.next(), "decision", explained);
 }
 
@@ -118,7 +125,9 @@ void TraceReport::writePage(TextBuffer& out, std::string_view name) const {
     writeData(data, name);
     append(out, "<!doctype html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>");
     appendForHtml(out, name);
-    append(out, "</title>\n<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<style>\n");
+    append(out, "</title>\n<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n");
+    append(out, kReachesForNothing);
+    append(out, "<style>\n");
     append(out, kPageStyle);
     append(out, "</style>\n</head>\n");
     append(out, kPageBody);

@@ -41,9 +41,9 @@ class TraceReport {
     JsonList mDecisions;
     DurationHistogram mBetweenFrames;  ///< ns, of frames with a finger
     std::optional<int64_t> mLastFrame;
-    std::optional<int64_t> mFirst;  ///< ns, of all that happened
+    std::optional<int64_t> mClock;  ///< ns, the trace's; nothing before the first line that says
+    std::optional<int64_t> mFirst;  ///< ns, of all that happened at a time
     int64_t mLast = 0;
-    int64_t mNow = 0;  ///< ns, the trace's clock
 };
 
 }  // namespace refhost

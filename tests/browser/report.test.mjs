@@ -94,6 +94,7 @@ test("every example is drawn, with all of its decisions", async () => {
     assert.deepEqual(rows.sort(), explained.map(decision => decision.rule).sort());
     assert.equal(await page.locator(".log").count(), explained.flatMap(decision => decision.log).length);
     assert.deepEqual(page.faults, []);
+    assert.equal(await page.evaluate(() => fetch("data:,").then(() => "reached", () => "kept in")), "kept in");
     await page.close();
   }
 });

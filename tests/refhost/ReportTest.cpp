@@ -64,8 +64,8 @@ nlohmann::json dataOf(const std::string& trace) {
 TEST(Report, ShowsEachFingerAndKeyWithItsStates) {
     const nlohmann::json data = dataOf(
         R"({"trace":"zqaft","version":1,"note":"</script>","properties":{"ro.zqaft.tpfp.filter_area":"400,1800,600,2000"},"devices":[{"id":3,"name":"panel"},{"id":4,"name":"fingerprint"}]}
-{"t":1000000000,"call":"configureSurface","device":3,"width":1000,"height":2000,"orientation":1,"rawX":[0,999],"rawY":[0,1999]}
-{"call":"processInputWindow","windows":[{"name":"behind"},{"name":"front"},{"name":"bar","type":2019}],"focused":1}
+{"call":"configureSurface","device":3,"width":1000,"height":2000,"orientation":1,"rawX":[0,999],"rawY":[0,1999]}
+{"t":1000000000,"call":"processInputWindow","windows":[{"name":"behind"},{"name":"front"},{"name":"bar","type":2019}],"focused":1}
 {"call":"processInputWindow","windows":[{"name":"front"},{"name":"bar","type":2019},{"name":"other"}],"focused":0}
 {"call":"configureSurface","device":3,"width":1000,"height":2000,"orientation":0,"rawX":[0,999],"rawY":[0,1999]}
 {"call":"processKey","device":4,"when":10000000000,"keyCode":516,"down":true}
