@@ -11,6 +11,9 @@ const element = (tag, className, text) => {
   return made;
 };
 
+/// What an event has happened to; the page where that is none of its elements.
+const elementOf = event => event.target instanceof Element ? event.target : document.body;
+
 const classOf = verdict => "v-" + verdict.replace(" ", "-");
 
 function rowOf(decision) {
@@ -84,12 +87,12 @@ function makeList() {
   list.replaceChildren();
   listed.watcher?.disconnect();
   listed.watcher = new IntersectionObserver(
-    seen => seen.forEach(({target, isIntersecting}) => isIntersecting && fill(target.index)), {root: list, rootMargin: "600px"});
+    seen => seen.forEach(each => each.isIntersecting && fill(listed.groups.find(({box}) => box === each.target))),
+    {root: list, rootMargin: "600px"});
   for (let from = 0; from < listed.shown.length; from += kGroup) {
     const rows = listed.shown.slice(from, from + kGroup);
     const box = element("div", "group");
     box.setAttribute("role", "presentation");
-    box.index = listed.groups.length;
     const lines = rows.reduce((so, each) => so + 2.4 + 1.25 * each.measures.length + 1.2 * each.log.length, 0);
     box.style.minHeight = box.style.containIntrinsicHeight = `${Math.round(lines * 16)}px`;
     listed.groups.push({box, rows, filled: false});
@@ -102,8 +105,7 @@ function makeList() {
   cursor.tell();
 }
 
-function fill(index) {
-  const group = listed.groups[index];
+function fill(group) {
   if (!group || group.filled) return;
   group.filled = true;
   group.box.append(...group.rows.map(rowOf));
@@ -115,13 +117,13 @@ function fillWhenIdle(groups, next = 0) {
   if (groups !== listed.groups || next >= groups.length) return;
   const later = window.requestIdleCallback ?? (work => setTimeout(work, 50));
   later(() => {
-    if (groups === listed.groups) fill(next);
+    if (groups === listed.groups) fill(groups[next]);
     fillWhenIdle(groups, next + 1);
   });
 }
 
 function fillAll() {
-  listed.groups.forEach((_, index) => fill(index));
+  listed.groups.forEach(fill);
 }
 
 /// The place in the list of the decision at the cursor: the one it was sent to, or the last one until then.
@@ -149,7 +151,7 @@ function selectDecision() {
   document.getElementById(`decision-${listed.selected?.index}`)?.setAttribute("aria-selected", "false");
   listed.selected = decision;
   if (!decision) return list.removeAttribute("aria-activedescendant");
-  fill(Math.floor(place / kGroup));
+  fill(listed.groups[Math.floor(place / kGroup)]);
   const row = document.getElementById(`decision-${decision.index}`);
   row.setAttribute("aria-selected", "true");
   list.setAttribute("aria-activedescendant", row.id);
@@ -177,7 +179,7 @@ function makeFilters() {
 }
 
 list.addEventListener("click", event => {
-  const row = event.target.closest(".decision");
+  const row = elementOf(event).closest(".decision");
   if (!row || getSelection().toString()) return;
   cursor.play(false);
   goToDecision(decisions[Number(row.id.slice("decision-".length))]);

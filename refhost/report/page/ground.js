@@ -1,12 +1,13 @@
 // What the fingers move over: the panel, where the filters act, and the windows that matter to them.
 
-function rectangle(context, view, [left, top, right, bottom]) {
+function rectangle(context, view, area) {
+  const [left, top, right, bottom] = area;
   context.beginPath();
   context.rect(view.x(left), view.y(top), view.factor * (right - left), view.factor * (bottom - top));
 }
 
 /// An area with its name, in the corner where there is room.
-function drawArea(context, view, area, name, {fill, line, ink = line, dash = [], below = false}) {
+function drawArea(context, view, area, name, {line, fill = null, ink = line, dash = [], below = false}) {
   rectangle(context, view, area);
   if (fill) {
     context.globalAlpha = 0.16;

@@ -84,7 +84,7 @@ const doOnKey = {
 
 document.addEventListener("keydown", event => {
   const doIt = doOnKey[event.key];
-  const ownKeys = event.target.closest?.("select, summary") || (event.key === " " && event.target.closest?.("button"));
+  const ownKeys = elementOf(event).closest(event.key === " " ? "select, summary, button" : "select, summary");
   if (!doIt || ownKeys || event.ctrlKey || event.altKey || event.metaKey) return;
   event.preventDefault();
   if (event.key !== " ") cursor.play(false);
@@ -94,7 +94,8 @@ document.addEventListener("keydown", event => {
 document.getElementById("play").addEventListener("click", () => cursor.play(!cursor.playing));
 document.getElementById("previous").addEventListener("click", () => doOnKey.ArrowUp());
 document.getElementById("next").addEventListener("click", () => doOnKey.ArrowDown());
-document.getElementById("speed").addEventListener("change", event => { cursor.speed = Number(event.target.value); });
+const speed = /** @type {HTMLSelectElement} */ (document.getElementById("speed"));
+speed.addEventListener("change", () => { cursor.speed = Number(speed.value); });
 
 /// Paper is light, as wide as it is, and has no window to scroll: all is there.
 function toPaper(on) {

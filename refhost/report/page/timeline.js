@@ -43,7 +43,7 @@ function openTimeline() {
   const interesting = decisions.find(each => !["noted", "kept", "consumed", "dispatched"].includes(each.verdict));
   const asked = /^#t=(\d+(?:\.\d+)?)$/.exec(location.hash);
   const opening = interesting ?? decisions.find(each => each.verdict !== "noted");
-  if (asked) cursor.go(Math.round(asked[1] * 1e6)); else goToDecision(opening);
+  if (asked) cursor.go(Math.round(Number(asked[1]) * 1e6)); else goToDecision(opening);
   if (end - begin > 1.5 * kOpeningView) {
     timeline.show(cursor.time - kOpeningView / 4, cursor.time + 3 * kOpeningView / 4);
   } else {

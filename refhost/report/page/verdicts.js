@@ -24,7 +24,7 @@ let colours = {};
 /// Reads the colours anew: the reader's preference has changed, or it goes to paper.
 function readColours() {
   const style = getComputedStyle(document.documentElement);
-  colours = new Proxy({}, {get: (known, name) => known[name] ??= style.getPropertyValue("--" + name).trim()});
+  colours = new Proxy({}, {get: (known, name) => known[name] ??= style.getPropertyValue(`--${String(name)}`).trim()});
 }
 
 const colourOf = verdict => colours[verdict.replace(" ", "-")];
