@@ -10,7 +10,7 @@ namespace refhost {
 
 /// Why a decision came out as it did.
 struct Reason {
-    std::string_view rule;  ///< its name, a literal; docs/explain.md lists them
+    std::string_view rule;  ///< its name, a literal; RuleMeanings.h says what it means
     Measures measures;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "refhost/explain/ExplainedWriter.h"
+#include "refhost/explain/RuleMeanings.h"
 #include "refhost/report/Page.h"
 
 namespace refhost {
@@ -61,7 +62,10 @@ void TraceReport::hear(const TraceLine& line, const CallResult& result) {
     }
     if (when) mFirst = std::min(mFirst.value_or(*when), *when);
     mLast = std::max(mLast, when.value_or(0));
-    for (const Explained& explained : decisions) writeExplained(mDecisions.next(), "decision", explained);
+    for (const Explained& explained : decisions) {
+        writeExplained(mDecisions.next(), "decision", explained);
+        mRules.insert(explained.reason.rule);
+    }
 }
 
 void TraceReport::hearFrame(const ProcessRawTouches& call, const std::vector<Explained>& decisions) {
@@ -82,6 +86,18 @@ void TraceReport::writeSummary(TextBuffer& out) const {
     append(out, R"("filterOff":)");
     appendJson(out, all.filterOff);
     out.push_back('}');
+}
+
+/// Whoever reads the page has no other document at hand.
+void TraceReport::writeRules(TextBuffer& out) const {
+    append(out, R"("rules":)");
+    appendJsonArray(out, mRules, [&](std::string_view rule) {
+        out.push_back('[');
+        appendJson(out, rule);
+        out.push_back(',');
+        appendJson(out, meaningOf(rule));
+        out.push_back(']');
+    });
 }
 
 void TraceReport::writeData(TextBuffer& out, std::string_view name) const {
@@ -115,6 +131,8 @@ void TraceReport::writeData(TextBuffer& out, std::string_view name) const {
     mKeys.write(out);
     out.push_back(',');
     mSensors.write(out);
+    out.push_back(',');
+    writeRules(out);
     out.push_back(',');
     mDecisions.write(out, "decisions");
     out.push_back('}');

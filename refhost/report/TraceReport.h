@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <set>
 #include <string>
+#include <string_view>
 
 #include "refhost/explain/Explainer.h"
 #include "refhost/play/DurationHistogram.h"
@@ -31,6 +34,7 @@ class TraceReport {
     void hearFrame(const ProcessRawTouches& call, const std::vector<Explained>& decisions);
     void writeData(TextBuffer& out, std::string_view name) const;
     void writeSummary(TextBuffer& out) const;
+    void writeRules(TextBuffer& out) const;
 
     TraceHeader mHeader;
     Explainer mExplainer;
@@ -39,7 +43,8 @@ class TraceReport {
     KeyBars mKeys;
     SensorCurves mSensors;
     JsonList mDecisions;
-    DurationHistogram mBetweenFrames;  ///< ns, of frames with a finger
+    std::set<std::string_view> mRules;  ///< of these
+    DurationHistogram mBetweenFrames;   ///< ns, of frames with a finger
     std::optional<int64_t> mLastFrame;
     std::optional<int64_t> mClock;  ///< ns, the trace's; nothing before the first line that says
     std::optional<int64_t> mFirst;  ///< ns, of all that happened at a time

@@ -107,7 +107,7 @@ test("the picture says what happened: stretches, marks, lines and numbers, to sc
   assert.ok(opened.some(({on, how, dash}) => on === "" && how === "stroke" && dash === "1,6"), "and its path");
   const drawn = await picture(page);
   const texts = drawn.filter(({how}) => how === "fillText").map(({where}) => where[0]);
-  for (const text of ["finger 0", "finger 1", "key 516", "key 601", "held", "portrait 0", "filter area", "1 \u25CC", "\u21BA", "\u25A0", 1]) {
+  for (const text of ["finger 0", "finger 1", "key 516", "key 601", "orientation", "portrait 0", "filter area", "1 \u25CC", "\u21BA", "\u25A0", 1]) {
     assert.ok(texts.includes(text), `${text}`);
   }
   const [first, second] = drawn.filter(({how, hatched}) => how === "fillRect" && hatched).map(({where}) => where);
@@ -169,6 +169,24 @@ test("the cursor moves all three: dragged, by a click on a decision, and by the 
   assert.equal(clicked.time, "61.375");
   assert.equal(clicked.subject, "finger 0 at (531, 2262)");
   assert.notEqual(clicked.panel, dragged.panel);
+  assert.ok(await lost.locator(".meaning").isVisible());
+  await page.evaluate(() => { location.hash = "#t=60.128"; });
+  assert.deepEqual(await shown(page).then(({row, fingers}) => [row, /restored/.test(fingers)]), ["60.128 s", true]);
+
+  const ticks = (await picture(page)).filter(({how, where}) => how === "fillRect" && where[2] === 1.5 && where[3] === 6);
+  await page.mouse.click(axis.x + ticks[1].where[0] + 4, axis.y + 60);
+  assert.equal((await shown(page)).time, "60.062", "a press beside a decision means the decision");
+  await page.mouse.click(axis.x + 20, axis.y + 60);
+  assert.equal((await shown(page)).time, "60.062", "a lane's name is no time");
+  for (let i = 0; i < 3; ++i) await page.keyboard.press("+");
+  const part = (await shown(page), await page.textContent("#extent"));
+  await page.mouse.move(axis.x + 300, axis.y + 60);
+  await page.mouse.down();
+  for (const beyond of [0, 9, 18]) {
+    await page.mouse.move(axis.x + axis.width + beyond, axis.y + 60);
+    assert.equal((await shown(page), await page.textContent("#extent")), part, "the view stays where it is dragged over");
+  }
+  await page.mouse.up();
   await page.close();
   const call = await open(played(examples[4]));  // its first two decisions are at one time
   for (const at of [1, 0]) {
@@ -254,6 +272,15 @@ test("it is dark where that is preferred, fits a narrow screen, and prints all",
     Number(getComputedStyle(document.body).backgroundColor.match(/\d+/)[0]));
   assert.ok(await brightness() < 60);
   assert.ok(await page.evaluate(() => document.documentElement.scrollWidth) <= 390);
+  for (const width of [821, 960, 1100]) {
+    await page.setViewportSize({width, height: 768});
+    const broken = await page.evaluate(() => {
+      const right = document.getElementById("list").getBoundingClientRect().right;
+      return [...document.querySelectorAll(".margin")].map(each => each.getBoundingClientRect())
+        .filter(box => box.height > 24 || box.right > right).length;
+    });
+    assert.equal(broken, 0, `margins at ${width}`);
+  }
   const paper = (await page.pdf({format: "A4"})).length;
   assert.ok(paper > 20000, `${paper} bytes`);
   await page.evaluate(() => dispatchEvent(new Event("beforeprint")));

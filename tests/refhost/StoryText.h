@@ -6,6 +6,7 @@
 
 #include "refhost/check/TraceCheck.h"
 #include "refhost/explain/Explainer.h"
+#include "refhost/explain/RuleMeanings.h"
 #include "refhost/play/Player.h"
 #include "refhost/play/Story.h"
 
@@ -25,7 +26,7 @@ inline std::string storyOf(TraceSource& trace, bool foldAngle) {
         const CallResult& result = player.play(line);
         check.hear(line, result);
         for (const auto& [decision, reason, log] : explainer.explain(line, result)) {
-            const bool found = !reason.rule.empty() && reason.rule != "gesture-cancelled" &&
+            const bool found = !meaningOf(reason.rule).empty() && reason.rule != "gesture-cancelled" &&
                                reason.rule != "after-cancel" && reason.rule != "cancel-in-silence";
             if (!found) told += fmt::format("no rule for {} {}; ", wordOf(decision.fate), decision.subject);
         }

@@ -40,7 +40,7 @@ function drawKeys(context, y, own) {
     if (!key.then) continue;
     context.fillStyle = colourOf(key.then);
     context.font = "bold 13px system-ui, sans-serif";
-    context.fillText(verdicts[key.then].sign, timeline.x(key.until) + 3, y + (kLane - 7) / 2);
+    context.fillText(verdicts[key.then].sign, timeline.x(Math.max(key.until, key.up)) + 3, y + (kLane - 7) / 2);
   }
 }
 
@@ -66,7 +66,9 @@ function drawSensor(context, y, sensor) {
   context.stroke();
   context.fillStyle = colours.muted;
   context.font = "10px system-ui, sans-serif";
-  context.fillText(`${most.toFixed(0)} \u2026 ${least.toFixed(0)}`, timeline.x(times[last - 1]) + 4, y + kLane / 2 - 3);
+  const range = `${least.toFixed(0)} \u2026 ${most.toFixed(0)}`;
+  const room = timeline.width - context.measureText(range).width - 4;
+  context.fillText(range, Math.min(timeline.x(times[last - 1]) + 4, room), y + kLane / 2 - 3);
 }
 
 function span(context, y, from, to, text) {

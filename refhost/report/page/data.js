@@ -33,6 +33,7 @@ const sensors = data.sensors.map(([type, handle, points]) => {
 });
 
 const decisions = data.decisions.map((decision, index) => ({...decision, index, time: Math.trunc(decision.time / 1000)}));
+const meanings = new Map(data.rules);  // by rule
 const inTime = decisions.slice().sort((one, other) => one.time - other.time || one.index - other.index);
 const surfaces = data.surfaces.map(surface => ({
   calibration: [1, 0, 0, 0, 1, 0], scale: [1, 1], translate: [0, 0], ...surface, time: Math.trunc(surface.t / 1000)}));

@@ -25,7 +25,7 @@ function rowOf(decision) {
   head.append(element("time", "", seconds(decision.time)),
               element("b", "verdict", `${verdicts[decision.verdict].sign} ${decision.verdict}`),
               element("span", "subject", decision.subject), element("code", "rule", decision.rule));
-  row.append(head);
+  row.append(head, element("p", "meaning", meanings.get(decision.rule)));
   if (decision.measures.length > 0) {
     const measures = element("div", "measures");
     decision.measures.forEach(measure => measures.append(...measureCells(measure)));

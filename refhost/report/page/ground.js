@@ -24,7 +24,9 @@ function drawArea(context, view, area, name, {line, fill = null, ink = line, das
   context.font = "11px system-ui, sans-serif";
   context.textBaseline = below ? "top" : "bottom";
   const y = below ? view.y(area[1]) + 3 : view.y(area[1]) - 2;
-  context.fillText(name, view.x(area[0]) + 3, Math.max(y, 12));
+  const room = view.width - context.measureText(name).width - 2;
+  const x = view.x(area[0]) + 3;
+  if (view.x(area[2]) > 0) context.fillText(name, Math.max(3, Math.min(x, room)), Math.max(y, 12));
 }
 
 function drawGround(context, view, surface) {

@@ -29,7 +29,7 @@ function makeLanes() {
   for (const device of held) {
     const own = surfaces.filter(surface => surface.device === device);
     const turns = own.filter((surface, i) => i === 0 || surface.orientation !== own[i - 1].orientation);
-    const name = `held${held.length > 1 ? `, ${device ?? "\u2013"}` : ""}`;
+    const name = `orientation${held.length > 1 ? `, ${device ?? "\u2013"}` : ""}`;
     lanes.list.push({name, draw: (context, y) => drawSpans(context, y, turns, surface =>
       `${[1, 3].includes(surface.orientation) ? "landscape" : "portrait"} ${surface.orientation}`)});
   }
@@ -59,11 +59,10 @@ function drawTimeline(width) {
   axis.setAttribute("aria-valuemin", (begin / 1e6).toFixed(3));
   axis.setAttribute("aria-valuemax", (end / 1e6).toFixed(3));
   axis.setAttribute("aria-valuenow", (cursor.time / 1e6).toFixed(3));
-  axis.setAttribute("aria-valuetext", seconds(cursor.time));
   const span = timeline.to - timeline.from;
   document.getElementById("extent").textContent =
     `${seconds(Math.max(timeline.from, begin))} to ${seconds(Math.min(timeline.to, end))}` +
-    (span < end - begin ? ` of ${seconds(end - begin)}` : "");
+    (span < end - begin ? ` (all: ${seconds(begin)} to ${seconds(end)})` : "");
 }
 
 function drawLanes(context, width, height) {

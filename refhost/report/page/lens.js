@@ -11,10 +11,26 @@ const lens = {
     const [left, top, right, bottom] = wholePanel(surface);
     const whole = Math.min((width - 2 * kMargin) / (right - left || 1), (height - 2 * kMargin) / (bottom - top || 1));
     this.factor = whole * this.zoom;
+    this.width = width;
     const [middleX, middleY] = this.centre ?? [(left + right) / 2, (top + bottom) / 2];
     this.left = middleX - width / 2 / this.factor;
     this.top = middleY - height / 2 / this.factor;
     this.middle = [middleX, middleY];
+  },
+
+  /// Keeps the finger that landed last in sight when the cursor moves.
+  follow(surface, width, height) {
+    if (this.seen === cursor.time) return;
+    this.seen = cursor.time;
+    if (this.zoom === 1) return;
+    const own = strokes.filter(stroke => stroke.device === surface.device && stroke.from <= cursor.time);
+    const stroke = own.filter(each => cursor.time < each.to).at(-1) ?? own.at(-1);
+    if (!stroke) return;
+    const [x, y] = toDisplay(surface, ...placeAt(stroke, cursor.time));
+    const isSeen = (at, room) => at > kMargin && at < room - kMargin;
+    if (isSeen(this.x(x), width) && isSeen(this.y(y), height)) return;
+    this.centre = [x, y];
+    this.fit(surface, width, height);
   },
 
   x(shown) { return (shown - this.left) * this.factor; },
@@ -54,6 +70,7 @@ const lens = {
 };
 
 glass.addEventListener("wheel", event => {
+  if (stacked() && !event.ctrlKey) return;
   event.preventDefault();
   const box = glass.getBoundingClientRect();
   lens.magnify(Math.exp(-event.deltaY * 0.002), event.clientX - box.left, event.clientY - box.top);

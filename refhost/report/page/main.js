@@ -8,11 +8,15 @@ function makeHeadline() {
                  `${all.pointersRemoved} of ${many(all.pointersJudged, "pointer")} removed`, `${all.restored} restored`,
                  `${many(all.gesturesCancelled, "gesture")} cancelled`,
                  `keys: ${all.keysConsumed} consumed, ${all.keysHeldBack} held back, ${all.keysDispatched} dispatched`];
-  document.getElementById("facts").textContent =
-    [...facts, data.note, all.filterOff && `the front fingerprint filter is off: ${all.filterOff}`].filter(Boolean).join(" \u00B7 ");
+  const outside = strokes.filter(stroke => isOutside(stroke, stroke.from)).length;
+  if (outside > 0) facts.push(`${many(outside, "finger")} landed outside of the panel: is it another phone's?`);
+  if (data.note) facts.push(data.note);
+  if (all.filterOff) facts.push(`the front fingerprint filter is off: ${all.filterOff}`);
+  document.getElementById("facts").textContent = facts.join(" \u00B7 ");
   const phone = document.getElementById("phone");
   for (const [name, value] of data.properties) phone.append(element("dt", "", name), element("dd", "", value));
   for (const {id, name} of data.devices) phone.append(element("dt", "", `device ${id}`), element("dd", "", name));
+  for (const [rule, meaning] of meanings) phone.append(element("dt", "", rule), element("dd", "", meaning));
 }
 
 /// Each verdict with the line that it is drawn with.
@@ -33,6 +37,9 @@ function makeLegend() {
     entry.append(`${verdicts[verdict].sign} ${verdict}`);
     legend.append(entry);
   }
+  const ends = element("li", "ends");
+  ends.append(element("b", "disc", "1"), "landed", element("b", "square", "1"), "lifted");
+  legend.append(ends);
 }
 
 let room = {width: 0, height: 0, time: 0};  // for the panel, and the timeline's width: CSS pixels
@@ -44,6 +51,8 @@ function draw() {
   tellFingers();
   selectDecision();
   document.getElementById("clock").textContent = seconds(cursor.time);
+  const here = listed.selected?.time === cursor.time ? listed.selected : null;
+  axis.setAttribute("aria-valuetext", seconds(cursor.time) + (here ? `, ${here.verdict}, ${here.subject}` : ""));
   const play = document.getElementById("play");
   const word = cursor.playing ? "Pause" : "Play";
   if (play.textContent !== word) play.textContent = word;
@@ -54,9 +63,8 @@ const kPaper = 700;   // the width of what is printed; likewise
 
 function layOut() {
   const panel = document.getElementById("panel");
-  const stacked = getComputedStyle(document.querySelector("main")).display !== "grid" || innerWidth <= 820;
   room = {width: onPaper ? kPaper : panel.clientWidth - 2 * kPadding,
-          height: onPaper ? 380 : stacked ? Math.min(460, innerHeight * 0.6) : panel.clientHeight - 2 * kPadding,
+          height: onPaper ? 380 : stacked() ? Math.min(460, innerHeight * 0.6) : panel.clientHeight - 2 * kPadding,
           time: onPaper ? kPaper : axis.parentElement.clientWidth - 2 * kPadding};
   lanes.stale = true;
   lanes.hatched = {};
@@ -65,9 +73,17 @@ function layOut() {
 }
 
 const frameStep = Math.max(1000, data.frameInterval || 8000);
+
+/// A step goes to a decision that lies before its end, ten at once pass it by.
+function step(by, ten) {
+  const next = by > 0 ? inTime[countUntil(inTime, cursor.time)] : lastUntil(inTime, cursor.time - 1);
+  const isNear = !ten && next && Math.abs(next.time - cursor.time) < Math.abs(by);
+  cursor.go(isNear ? next.time : cursor.time + (ten ? 10 : 1) * by);
+}
+
 const doOnKey = {
-  ArrowRight: event => cursor.go(cursor.time + frameStep * (event.shiftKey ? 10 : 1)),
-  ArrowLeft: event => cursor.go(cursor.time - frameStep * (event.shiftKey ? 10 : 1)),
+  ArrowRight: event => step(frameStep, event.shiftKey),
+  ArrowLeft: event => step(-frameStep, event.shiftKey),
   ArrowDown: () => hopDecision(true),
   ArrowUp: () => hopDecision(false),
   PageDown: () => cursor.hopLanding(true),
@@ -84,18 +100,28 @@ const doOnKey = {
 
 document.addEventListener("keydown", event => {
   const doIt = doOnKey[event.key];
-  const ownKeys = elementOf(event).closest(event.key === " " ? "select, summary, button" : "select, summary");
+  const ownKeys = elementOf(event).closest(event.key === " " ? "select, summary, button" : "select");
   if (!doIt || ownKeys || event.ctrlKey || event.altKey || event.metaKey) return;
   event.preventDefault();
   if (event.key !== " ") cursor.play(false);
+  if (event.target === document.body) axis.focus({preventScroll: true});  // so that it is told
   doIt(event);
+  if (stacked() && ["ArrowUp", "ArrowDown"].includes(event.key)) {
+    document.getElementById("why").scrollIntoView({block: "nearest"});
+  }
 });
 
 document.getElementById("play").addEventListener("click", () => cursor.play(!cursor.playing));
 document.getElementById("previous").addEventListener("click", () => doOnKey.ArrowUp());
 document.getElementById("next").addEventListener("click", () => doOnKey.ArrowDown());
 const speed = /** @type {HTMLSelectElement} */ (document.getElementById("speed"));
-speed.addEventListener("change", () => { cursor.speed = Number(speed.value); });
+let byMouse = false;  // then the keys go back to the cursor; else they may choose on
+speed.addEventListener("pointerdown", () => { byMouse = true; });
+speed.addEventListener("keydown", () => { byMouse = false; });
+speed.addEventListener("change", () => {
+  cursor.speed = Number(speed.value);
+  if (byMouse) speed.blur();
+});
 
 /// Paper is light, as wide as it is, and has no window to scroll: all is there.
 function toPaper(on) {

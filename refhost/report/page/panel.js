@@ -2,22 +2,40 @@
 
 const glass = document.getElementById("glass");
 
+const kLegend = 154;  // CSS pixels: the width of what stands beside the panel, where it does not stand below
+
+/// Panel, timeline and list lie one below the other; as in the style sheet. The wheel is the page's then.
+const stacked = () => innerWidth <= 820;
+
 /// @param room {width, height} in CSS pixels
 function drawPanel(room) {
   const surface = surfaceAt(deviceAt(cursor.time), cursor.time);
   const [left, top, right, bottom] = wholePanel(surface);
   const shape = (bottom - top) / (right - left || 1);
-  document.getElementById("panel").classList.toggle("wide", shape < 1);
-  const most = {width: room.width * (shape < 1 ? 1 : 0.62), height: room.height * (shape < 1 ? 0.7 : 1)};
-  const width = Math.max(60, Math.floor(Math.min(most.width, most.height / shape)));
-  const height = Math.max(60, Math.floor(Math.min(most.height, width * shape)));
+  const beside = Math.min(0.62 * room.width, room.width - kLegend, room.height / shape);
+  const below = Math.min(room.width, 0.7 * room.height / shape);
+  const wide = below > beside;
+  document.getElementById("panel").classList.toggle("wide", wide);
+  const width = Math.max(60, Math.floor(wide ? below : beside));
+  const height = Math.max(60, Math.floor(Math.min(width * shape, room.height)));
   glass.style.width = `${width}px`;
   glass.style.height = `${height}px`;
   const context = prepare(glass, width, height);
   lens.fit(surface, width, height);
+  lens.follow(surface, width, height);
   drawGround(context, lens, surface);
   drawPaths(context, lens, surface, width, height);
 }
+
+/// Whether a finger is where its panel is not: the trace may be of another.
+function isOutside(stroke, time) {
+  const surface = surfaceAt(stroke.device, time);
+  const [left, top, right, bottom] = wholePanel(surface);
+  const [x, y] = toDisplay(surface, ...placeAt(stroke, time));
+  return x < left || x > right || y < top || y > bottom;
+}
+
+const waiting = time => keys.filter(key => key.until !== null && key.down <= time && time < key.until);
 
 /// The same in words, for those who do not see the picture, and to copy.
 function tellFingers() {
@@ -26,8 +44,10 @@ function tellFingers() {
     const [x, y] = placeAt(stroke, cursor.time).map(Math.round);
     const verdict = verdictAt(stroke, cursor.time);
     const where = panels > 1 ? ` of ${deviceName(stroke.device)}` : "";
-    return `${verdicts[verdict].sign} finger ${stroke.id}${where} (${stroke.number}) at (${x}, ${y}): ${verdict}`;
+    return `${verdicts[verdict].sign} finger ${stroke.id}${where} (${stroke.number}) at (${x}, ${y}): ${verdict}` +
+      (isOutside(stroke, cursor.time) ? ", outside of the panel" : "");
   });
+  told.push(...waiting(cursor.time).map(key => `${verdicts["held back"].sign} key ${key.code}: held back`));
   const front = lastUntil(windows, cursor.time);
   const focused = front && front.focused != null ? front.windows[front.focused] : undefined;
   const surface = surfaceAt(deviceAt(cursor.time), cursor.time);

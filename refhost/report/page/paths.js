@@ -27,7 +27,7 @@ function drawPaths(context, view, surface, width, height) {
     for (const stroke of all) drawPath(on, view, surface, stroke, false);
     if (all.length <= kMostNumbered) for (const stroke of all) drawEnds(on, view, surface, stroke);
   }
-  context.globalAlpha = all.length > 1 && down.length > 0 ? 0.4 : 1;
+  context.globalAlpha = all.length > 1 && down.length > 0 ? 0.65 : 1;
   context.drawImage(paths.picture, 0, 0, width, height);
   context.globalAlpha = 1;
   for (const stroke of down) {

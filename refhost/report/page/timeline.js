@@ -16,7 +16,9 @@ const timeline = {
   show(from, to) {
     const [least, most] = this.whole;
     const span = Math.min(Math.max(to - from, kShortestView), most - least);
-    this.from = Math.min(Math.max(from, least), most - span);
+    const edge = 0.01 * span;
+    const last = Math.max(end + edge, begin + kShortestView) - span;
+    this.from = Math.max(begin - edge, Math.min(from, last));
     this.to = this.from + span;
     lanes.stale = true;
     cursor.tell();
@@ -39,11 +41,21 @@ const timeline = {
   time(x) { return this.from + (x - this.gutter) / (this.width - this.gutter - 8) * (this.to - this.from); },
 };
 
+/// Goes to the time in the page's address, if there is one.
+function goToAddress() {
+  const asked = /^#t=(\d+(?:\.\d+)?)$/.exec(location.hash);
+  if (!asked) return false;
+  const time = Math.round(Number(asked[1]) * 1e6);
+  const told = inTime.find(each => seconds(each.time) === seconds(time));  // times are told to the millisecond
+  if (told) goToDecision(told); else cursor.go(time);
+  return true;
+}
+addEventListener("hashchange", goToAddress);
+
 function openTimeline() {
   const interesting = decisions.find(each => !["noted", "kept", "consumed", "dispatched"].includes(each.verdict));
-  const asked = /^#t=(\d+(?:\.\d+)?)$/.exec(location.hash);
   const opening = interesting ?? decisions.find(each => each.verdict !== "noted");
-  if (asked) cursor.go(Math.round(Number(asked[1]) * 1e6)); else goToDecision(opening);
+  if (!goToAddress()) goToDecision(opening);
   if (end - begin > 1.5 * kOpeningView) {
     timeline.show(cursor.time - kOpeningView / 4, cursor.time + 3 * kOpeningView / 4);
   } else {
@@ -53,20 +65,35 @@ function openTimeline() {
 
 /// Lets a pointer drag over a canvas: `each` is told where it is, in CSS pixels from the left.
 function whileDragged(canvas, each) {
-  const tell = event => each(event.clientX - canvas.getBoundingClientRect().left);
+  const placeOf = event => event.clientX - canvas.getBoundingClientRect().left;
+  let pressed = null;  // where; null once it has moved from there
   canvas.addEventListener("pointerdown", event => {
-    if (event.button !== 0) return;
+    if (event.button !== 0 || placeOf(event) < timeline.gutter) return;
     canvas.setPointerCapture(event.pointerId);
-    tell(event);
+    pressed = placeOf(event);
+    each(pressed, true);
   });
   canvas.addEventListener("pointermove", event => {
-    if (canvas.hasPointerCapture(event.pointerId)) tell(event);
+    if (!canvas.hasPointerCapture(event.pointerId)) return;
+    if (pressed !== null && Math.abs(placeOf(event) - pressed) < 3) return;
+    pressed = null;
+    each(placeOf(event), false);
   });
 }
 
-whileDragged(axis, x => {
+/// The decision that a press on the axis means: the nearest within 5 pixels, of several at one time the first.
+function decisionNear(time) {
+  const reach = 5 * (timeline.to - timeline.from) / (timeline.width - timeline.gutter - 8);
+  const far = each => Math.abs(each.time - time);
+  return listed.shown.slice(countUntil(listed.shown, time - reach), countUntil(listed.shown, time + reach))
+    .reduce((best, each) => best && far(best) <= far(each) ? best : each, null);
+}
+
+whileDragged(axis, (x, pressed) => {
   cursor.play(false);
-  cursor.go(timeline.time(x));
+  const time = Math.min(Math.max(timeline.time(x), timeline.from), timeline.to);
+  const near = pressed && decisionNear(time);
+  if (near) goToDecision(near); else cursor.go(time);
 });
 
 whileDragged(overview, x => {
@@ -79,6 +106,7 @@ whileDragged(overview, x => {
 });
 
 axis.addEventListener("wheel", event => {
+  if (stacked() && !event.ctrlKey) return;
   event.preventDefault();
   const across = event.shiftKey && event.deltaX === 0 ? event.deltaY : event.deltaX;
   if (Math.abs(across) > Math.abs(event.deltaY) || event.shiftKey) {
