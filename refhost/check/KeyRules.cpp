@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "refhost/check/LogLines.h"
+#include "refhost/play/LogLines.h"
 #include "refhost/play/StoryWords.h"
 
 namespace refhost {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "refhost/check/Breach.h"
-#include "refhost/check/Takers.h"
+#include "refhost/explain/Takers.h"
 #include "refhost/play/CallResult.h"
 #include "refhost/trace/Trace.h"
 

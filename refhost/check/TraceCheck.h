@@ -5,7 +5,7 @@
 #include "refhost/check/Breach.h"
 #include "refhost/check/Contract.h"
 #include "refhost/check/PointerLife.h"
-#include "refhost/check/Takers.h"
+#include "refhost/explain/Takers.h"
 
 namespace refhost {
 

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <string>
 
+#include "refhost/explain/Thresholds.h"
+
 namespace refhost {
 
 namespace {
@@ -14,9 +16,11 @@ std::string number(double value, std::string_view unit) {
                : fmt::format("{:.3f}{}{}", value, unit.empty() ? "" : " ", unit);
 }
 
+bool isFlag(const Range& range) { return range.least == kFlagSet.least && range.most == kFlagSet.most; }
+
 std::string rangeOf(const Measure& measure) {
     const auto& [least, most] = measure.range;
-    if (least == most) return "set";
+    if (isFlag(measure.range)) return "set";
     if (std::isinf(least)) return "at most " + number(most, measure.unit);
     if (std::isinf(most)) return "at least " + number(least, measure.unit);
     return number(least, "") + " to " + number(most, measure.unit);
@@ -24,7 +28,7 @@ std::string rangeOf(const Measure& measure) {
 
 std::string marginOf(const Measure& measure) {
     const double margin = measure.margin();
-    if (measure.range.least == measure.range.most) return measure.holds() ? "yes" : "no";
+    if (isFlag(measure.range)) return measure.holds() ? "yes" : "no";
     const bool twoEnds = !std::isinf(measure.range.least) && !std::isinf(measure.range.most);
     if (margin >= 0 && twoEnds) {
         return fmt::format("yes, by {} and {}", number(measure.value - measure.range.least, ""),

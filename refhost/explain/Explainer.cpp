@@ -48,6 +48,7 @@ const std::vector<Explained>& Explainer::explain(const TraceLine& line, const Ca
         mFacts.coverState = numberAfter(moved->text, " state=").value_or(-1);
     }
     mFacts.slide.hear(line, result, mFacts.phone);
+    mFacts.takers.hear(line, result);
     const Decisions& decisions = mStory.tell(line, result);
     const auto* frame = std::get_if<ProcessRawTouches>(&line.event);
     if (frame != nullptr) {
@@ -68,8 +69,8 @@ void Explainer::see(const ProcessRawTouches& call, const CallResult& result) {
     const bool begins = !mTouching && !call.frame.touchingIdBits.isEmpty();
     mTouching = !call.frame.touchingIdBits.isEmpty();
     if (begins) mFacts.onlyLanding.reset();
-    if (call.ids.count() >= 2) mFacts.onlyLanding.reset();
-    if (!mTouching) mLeftNotch = 0;
+    if (call.ids.count() >= 2 || !mTouching || !wordsOnRestoring(result).empty()) mFacts.onlyLanding.reset();
+    mFacts.lastPanel = call.device;
     for (uint32_t id : call.ids) {
         const auto* came = call.frame.find(id);
         if (came == nullptr) continue;
@@ -79,9 +80,9 @@ void Explainer::see(const ProcessRawTouches& call, const CallResult& result) {
         finger.now = {came->x, came->y};
         finger.edge = (came->extraData & android::RawPointerData::Pointer::kOnEdge) != 0;
         finger.passed = !result.frame.removed.hasBit(id);
-        finger.leftNotch = (mLeftNotch & (1U << id)) != 0;
-        const std::optional<int32_t> notch = mFacts.phone.notchOn(call.device);
-        if (notch && (came->y < 0 || came->y > *notch)) mLeftNotch |= 1U << id;
+        finger.inMarkedWindow = mFacts.takers.isInMarkedWindow(call.device, *came);
+        if (!finger.passed) finger.taker = mFacts.takers.of(id);
+        if (finger.taker == Taker::Sensor) finger.held = mFacts.takers.landed(id);
         const bool inside = mFacts.phone.inArea(came->x, came->y);
         if (begins && inside && call.ids.count() == 1) mFacts.onlyLanding = call.when;
         if (!inside || isRestoring(wordsOnFinger(result, id))) finger.seenOutside = true;
@@ -95,10 +96,6 @@ void Explainer::explain(const Decision& decision, const CallResult& result) {
         mHeldKey = decision;
     }
     if (decision.fate == Fate::ReSent || decision.fate == Fate::Dropped) mFacts.keyHeld.reset();
-    if (decision.fate != Fate::HeldBack || decision.about.key) return;
-    Finger& finger = mFacts.fingers[{decision.about.device, *decision.about.fingers.begin()}];
-    finger.takenBy = mExplained.back().reason.rule;
-    if (holdsBackAtSensor(finger.takenBy)) finger.held = {decision.when, finger.now};
 }
 
 Reason Explainer::reasonFor(const Decision& decision, const CallResult& result) {
@@ -109,17 +106,30 @@ Reason Explainer::reasonFor(const Decision& decision, const CallResult& result) 
     return reasonForFinger(decision, mFacts.fingers[{decision.about.device, *decision.about.fingers.begin()}], mFacts);
 }
 
+/// Whether the story has told in this call that this finger is kept.
+bool Explainer::isKept(const Pointer& whose) const {
+    return std::any_of(mExplained.begin(), mExplained.end(), [&](const Explained& each) {
+        const About& about = each.decision.about;
+        return about.device == whose.first && about.fingers.hasBit(whose.second) && each.decision.fate == Fate::Kept;
+    });
+}
+
+Decision Explainer::stateOf(const Pointer& whose, const Finger& finger, int64_t when, std::string words) const {
+    const auto& [device, id] = whose;
+    About about{device, {}, {}};
+    about.fingers.markBit(id);
+    return {when, finger.passed ? Fate::Kept : Fate::HeldBack,
+            fmt::format("finger {} at ({}, {}){}", id, finger.now.x, finger.now.y, mStory.nameOf(device)),
+            std::move(words), about};
+}
+
 void Explainer::addComingIn(const ProcessRawTouches& call, const CallResult& result) {
     for (const LogEntry& entry : result.log) {
         const std::optional<int32_t> id = numberAfter(entry.text, "wide range point:id=");
         if (entry.tag != kFrontFpTag || !id || *id < 0) continue;
         const auto finger = mFacts.fingers.find({call.device, static_cast<uint32_t>(*id)});
-        if (finger == mFacts.fingers.end() || !finger->second.passed) continue;
-        About about{call.device, {}, {}};
-        about.fingers.markBit(finger->first.second);
-        const Place& at = finger->second.now;
-        explain({call.when, Fate::Kept, fmt::format("finger {} at ({}, {})", *id, at.x, at.y), entry.text, about},
-                result);
+        if (finger == mFacts.fingers.end() || !finger->second.passed || isKept(finger->first)) continue;
+        explain(stateOf(finger->first, finger->second, call.when, entry.text), result);
     }
 }
 
@@ -135,7 +145,7 @@ void Explainer::finish(const ProcessRawTouches& call) {
     for (auto each = mFacts.fingers.begin(); each != mFacts.fingers.end();) {
         const bool lifted = each->first.first == call.device && !call.ids.hasBit(each->first.second);
         if (lifted) mSinceLanding.erase(each->first);
-        if (each->second.passed) each->second.takenBy = {};
+        if (each->second.passed) each->second.taker = Taker::Nobody;
         each = lifted ? mFacts.fingers.erase(each) : std::next(each);
     }
 }
@@ -153,14 +163,8 @@ std::optional<Explained> Explainer::keyAt(int64_t when) const {
 std::vector<OnGlass> Explainer::fingersAt(int64_t when) const {
     std::vector<OnGlass> all;
     for (const auto& [whose, finger] : mFacts.fingers) {
-        const auto& [device, id] = whose;
-        About about{device, {}, {}};
-        about.fingers.markBit(id);
-        const std::string subject = fmt::format("finger {} at ({}, {})", id, finger.now.x, finger.now.y);
         const auto decided = mSinceLanding.find(whose);
-        all.push_back({{{when, finger.passed ? Fate::Kept : Fate::HeldBack, subject, "", about},
-                        reasonToStay(when, device, finger, mFacts),
-                        {}},
+        all.push_back({{stateOf(whose, finger, when, ""), reasonToStay(when, whose.first, finger, mFacts), {}},
                        decided == mSinceLanding.end() ? std::vector<Explained>() : decided->second});
     }
     return all;

@@ -39,17 +39,20 @@ class Explainer {
     const Summary& summary() const { return mStory.summary(); }
 
   private:
+    using Pointer = std::pair<DeviceRef, uint32_t>;  ///< a panel and a pointer id
+
     void see(const ProcessRawTouches& call, const CallResult& result);
     void explain(const Decision& decision, const CallResult& result);
     Reason reasonFor(const Decision& decision, const CallResult& result);
     void addComingIn(const ProcessRawTouches& call, const CallResult& result);
+    bool isKept(const Pointer& whose) const;
+    Decision stateOf(const Pointer& whose, const Finger& finger, int64_t when, std::string words) const;
     void finish(const ProcessRawTouches& call);
 
     Story mStory;
     Facts mFacts;
     bool mTouching = false;
-    uint32_t mLeftNotch = 0;  ///< pointer ids that the notch filter lets be until all are up
-    std::map<std::pair<DeviceRef, uint32_t>, std::vector<Explained>> mSinceLanding;
+    std::map<Pointer, std::vector<Explained>> mSinceLanding;
     Decision mHeldKey;  ///< the last one that was held back
     int64_t mNow = 0;   ///< ns, the trace's clock
     std::vector<Explained> mExplained;

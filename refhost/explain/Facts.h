@@ -10,6 +10,7 @@
 #include "refhost/explain/Phone.h"
 #include "refhost/explain/SensorKeys.h"
 #include "refhost/explain/SensorSlide.h"
+#include "refhost/explain/Takers.h"
 
 namespace refhost {
 
@@ -23,25 +24,23 @@ struct Finger {
     Place now{};
     bool edge = false;  ///< as the panel says
     bool passed = true;
-    bool seenOutside = false;  ///< outside the filter area, or restored: never held back again in this sequence
-    bool leftNotch = false;    ///< seen where the notch filter does not take it: never taken in this sequence
-    struct Held {
-        int64_t when;
-        Place place;
-    };
-    std::optional<Held> held;  ///< by the front fingerprint filter, last
-    std::string_view takenBy;  ///< the rule that took it out of frames, last
+    bool seenOutside = false;     ///< outside the filter area, or restored: never held back again in this sequence
+    bool inMarkedWindow = false;  ///< where fingers are wanted in the notch band, too
+    Taker taker = Taker::Nobody;  ///< who took it out of the last frame that it was missing from
+    std::optional<HeldAtSensor::Landed> held;  ///< where the front fingerprint filter held it back last
 };
 
 /// All that rules look at.
 struct Facts {
-    explicit Facts(const TraceHeader& header) : phone(header) {}
+    explicit Facts(const TraceHeader& header) : phone(header), fold(header), takers(header) {}
 
     Phone phone;
     SensorKeys keys;
     SensorSlide slide;
     FoldSpread fold;
+    Takers takers;
     std::map<std::pair<DeviceRef, uint32_t>, Finger> fingers;  ///< on the glass
+    DeviceRef lastPanel;                                       ///< of the last frame
     std::optional<int64_t> onlyLanding;  ///< ns: when the sequence began with a single finger in the area
     std::optional<int64_t> keyHeld;      ///< ns: since when a key waits
     int64_t coverSince = 0;              ///< ns, the trace's clock: when the cover's state changed

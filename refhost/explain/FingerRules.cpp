@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdlib>
 
 #include "refhost/explain/Rules.h"
@@ -21,35 +22,6 @@ constexpr Cause kCauses[] = {
     {"onEdge=1", "on the edge in landscape", "edge-in-landscape"},
 };
 
-struct Said {
-    std::string_view words;
-    std::string_view rule;
-};
-
-constexpr Said kTaking[] = {
-    {"need to cancel touch.", "cover-moved"},
-    {"(the slide cover's filter has cancelled", "cover-cancelled"},
-    {"during folding", "folding"},
-    {"(in the notch band", "notch-band"},
-};
-
-constexpr Said kPassing[] = {
-    {"navigationbar", "navigation-bar"},
-    {"preferTouchNavigationBar", "navigation-bar"},
-    {"(out of the notch band", "notch-left"},
-    {"(in the notch band, but", "notch-window"},
-    {"(no longer held in landscape", "notch-portrait"},
-    {"(the slide cover has been in state 1", "cover-settled"},
-    {"(the slide cover's filter is idle", "cover-idle"},
-};
-
-std::string_view ruleIn(const Said* first, const Said* last, std::string_view words) {
-    for (; first != last; ++first) {
-        if (says(words, first->words)) return first->rule;
-    }
-    return "";
-}
-
 bool inArea(const Finger& finger, const Facts& facts) { return facts.phone.inArea(finger.now.x, finger.now.y); }
 
 Measures doubts(int64_t when, const Finger& finger, const Facts& facts) {
@@ -69,13 +41,12 @@ Measures place(const Finger& finger, const Facts& facts) {
 /// What a held-back finger needs to come back.
 Measures gesture(int64_t when, const Finger& finger, const Facts& facts) {
     if (!finger.held) return {};
-    const Place& from = finger.held->place;
-    const double up = static_cast<double>(from.y) - finger.now.y;
-    const double sideways = std::abs(static_cast<double>(from.x) - finger.now.x);
-    const auto heldFor = static_cast<double>(toMs(when) - toMs(finger.held->when));
+    const double up = static_cast<double>(finger.held->y) - finger.now.y;
+    const double sideways = std::abs(static_cast<double>(finger.held->x) - finger.now.x);
+    const auto heldFor = static_cast<double>(toMs(when) - finger.held->ms);
     Measures all{{"moved up", up, kMovedUp, ""},
                  {"moved sideways", sideways, kMovedSideways, ""},
-                 {"held back for", heldFor, kHeldFor, "ms"}};
+                 {"held back for", heldFor, heldFor < 0 ? kHeldBackwards : kHeldFor, "ms"}};
     for (const Measure& where : place(finger, facts)) all.push_back(where);
     return all;
 }
@@ -98,69 +69,81 @@ bool inNotch(const DeviceRef& device, const Finger& finger, const Facts& facts) 
     return !band.empty() && band.front().holds();
 }
 
-/// The filter speaks once of a pointer id in a sequence; after that the measures alone tell the cause.
+/// The filter speaks once of a pointer id in a sequence; after that the measures alone tell the cause. Of a recent
+/// finger on the sensor it also speaks in landscape, where that takes no part.
 Reason heldAtSensor(int64_t when, std::string_view words, const Finger& finger, const Facts& facts) {
     const Measures all = doubts(when, finger, facts);
+    const bool told = says(words, "restraint current point(");
     for (const Cause& cause : kCauses) {
-        if (says(words, cause.flag)) return {cause.rule, all};
-        for (const Measure& measure : all) {
-            if (words.empty() && measure.name == cause.measure && measure.holds()) return {cause.rule, all};
-        }
+        const auto measure =
+            std::find_if(all.begin(), all.end(), [&](const Measure& each) { return each.name == cause.measure; });
+        if (measure == all.end()) continue;
+        if (told ? says(words, cause.flag) : measure->holds()) return {cause.rule, all};
     }
     return {"gesture-cancelled", {}};
 }
 
+/// Of a finger that no filter takes.
 Reason toPass(int64_t when, const DeviceRef& device, const Finger& finger, const Facts& facts) {
     if (inNotch(device, finger, facts)) {
-        return {finger.leftNotch ? "notch-left-before" : "notch-window", notch(device, finger, facts)};
+        return {finger.inMarkedWindow ? "notch-window" : "notch-left-before", notch(device, finger, facts)};
     }
     Reason reason;
+    const Measures all = doubts(when, finger, facts);
     if (!facts.phone.area()) {
         reason.rule = "filter-off";
     } else if (!inArea(finger, facts)) {
         reason = {"outside-area", place(finger, facts)};
+    } else if (facts.phone.prefersNavigationBar() && !outweighNavigationBar(all)) {
+        reason = {"navigation-bar", all};
     } else if (finger.seenOutside) {
         reason = {"wide-range", place(finger, facts)};
     } else {
-        reason = {"no-doubt", doubts(when, finger, facts)};
+        reason = {"no-doubt", all};
     }
     for (const Measure& band : notch(device, finger, facts)) reason.measures.push_back(band);
     return reason;
 }
 
 Reason toHoldBack(const Decision& decision, const Finger& finger, const Facts& facts) {
-    const std::string_view rule = ruleIn(std::begin(kTaking), std::end(kTaking), decision.words);
-    if (rule.empty()) return heldAtSensor(decision.when, decision.words, finger, facts);
-    if (rule == "cover-cancelled") return {rule, settling(decision.when, facts)};
-    return {rule, rule == "notch-band" ? notch(decision.about.device, finger, facts) : Measures{}};
+    switch (finger.taker) {
+        case Taker::Sensor: return heldAtSensor(decision.when, decision.words, finger, facts);
+        case Taker::Cover:
+            if (says(decision.words, "need to cancel touch.")) return {"cover-moved", {}};
+            return {"cover-cancelled", settling(decision.when, facts)};
+        case Taker::Notch: return {"notch-band", notch(decision.about.device, finger, facts)};
+        case Taker::Fold: return {"folding", {}};
+        default: return {"gesture-cancelled", {}};
+    }
+}
+
+Reason outOfNotch(const DeviceRef& device, const Finger& finger, const Facts& facts) {
+    const Measures band = notch(device, finger, facts);
+    if (band.empty()) return {"notch-portrait", {}};
+    return {finger.inMarkedWindow && inNotch(device, finger, facts) ? "notch-window" : "notch-left", band};
 }
 
 Reason toLetThrough(const Decision& decision, const Finger& finger, const Facts& facts) {
-    const std::string_view rule = ruleIn(std::begin(kPassing), std::end(kPassing), decision.words);
-    if (rule.starts_with("notch")) return {rule, notch(decision.about.device, finger, facts)};
-    if (rule == "cover-settled") return {rule, settling(decision.when, facts)};
-    if (!rule.empty()) return {rule, {}};
-    if (holdsBackAtSensor(finger.takenBy) && !inArea(finger, facts)) {
-        return {"left-area-late", gesture(decision.when, finger, facts)};
+    switch (finger.taker) {
+        case Taker::Sensor:
+            if (!facts.phone.area() || inArea(finger, facts)) break;
+            return {"left-area-late", gesture(decision.when, finger, facts)};
+        case Taker::Cover:
+            if (facts.takers.coverIdle()) return {"cover-idle", {}};
+            if (facts.takers.coverSettled()) return {"cover-settled", settling(decision.when, facts)};
+            break;
+        case Taker::Notch: return outOfNotch(decision.about.device, finger, facts);
+        default: break;
     }
+    if (finger.taker == Taker::Sensor) return toPass(decision.when, decision.about.device, finger, facts);
     return {"after-cancel", {}};
 }
 
 }  // namespace
 
-bool holdsBackAtSensor(std::string_view rule) {
-    for (const Cause& cause : kCauses) {
-        if (cause.rule == rule) return true;
-    }
-    return false;
-}
-
 Reason reasonForFinger(const Decision& decision, const Finger& finger, const Facts& facts) {
     switch (decision.fate) {
         case Fate::Kept:
-            if (says(decision.words, "preferTouchNavigationBar")) {
-                return {"navigation-bar", doubts(decision.when, finger, facts)};
-            }
             if (says(decision.words, "wide range point")) return {"wide-range", place(finger, facts)};
             return toPass(decision.when, decision.about.device, finger, facts);
         case Fate::HeldBack: return toHoldBack(decision, finger, facts);
@@ -169,15 +152,19 @@ Reason reasonForFinger(const Decision& decision, const Finger& finger, const Fac
         case Fate::LetThrough: return toLetThrough(decision, finger, facts);
         default: break;  // lost
     }
-    if (!holdsBackAtSensor(finger.takenBy)) return {"taken-until-lifted", {}};
+    if (finger.taker != Taker::Sensor) return {"taken-until-lifted", {}};
     return {"no-gesture", gesture(decision.when, finger, facts)};
 }
 
 Reason reasonToStay(int64_t when, const DeviceRef& device, const Finger& finger, const Facts& facts) {
     if (finger.passed) return toPass(when, device, finger, facts);
-    if (finger.takenBy == "notch-band") return {finger.takenBy, notch(device, finger, facts)};
-    if (!holdsBackAtSensor(finger.takenBy)) return {"gesture-cancelled", {}};
-    return {"no-gesture", gesture(when, finger, facts)};
+    switch (finger.taker) {
+        case Taker::Sensor: return {"no-gesture", gesture(when, finger, facts)};
+        case Taker::Cover: return {"cover-cancelled", settling(when, facts)};
+        case Taker::Notch: return {"notch-band", notch(device, finger, facts)};
+        case Taker::Fold: return {"folding", {}};
+        default: return {"gesture-cancelled", {}};
+    }
 }
 
 }  // namespace refhost

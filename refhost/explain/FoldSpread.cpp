@@ -15,6 +15,13 @@ constexpr float kAboveAll = 1000;  ///< averages beyond this, either way, are me
 
 }  // namespace
 
+FoldSpread::FoldSpread(const TraceHeader& header) {
+    if (!header.sensors) return;
+    for (const auto& sensor : *header.sensors) {
+        if (sensor.type == kFoldAngle && !mHandle) mHandle = sensor.handle;
+    }
+}
+
 void FoldSpread::hear(const TraceLine& line, const CallResult& result) {
     for (const LogEntry& entry : result.log) {
         if (entry.tag != kFoldTag || !entry.text.ends_with("Sensor success")) continue;
@@ -24,8 +31,10 @@ void FoldSpread::hear(const TraceLine& line, const CallResult& result) {
         mAverages.clear();
         mSum = 0;
     }
+    const auto* service = std::get_if<SensorService>(&line.event);
+    if (service != nullptr && service->state == SensorService::State::Dies) mDeaf = mOn;
     const auto* event = std::get_if<SensorEvent>(&line.event);
-    if (!mOn || event == nullptr || event->type != kFoldAngle) return;
+    if (!mOn || mDeaf || event == nullptr || event->handle != mHandle) return;
     take(kAngle < event->values.size() ? event->values[kAngle] : 0);
 }
 

@@ -13,6 +13,8 @@ namespace refhost {
 /// logs nothing of a sample. One thread.
 class FoldSpread {
   public:
+    explicit FoldSpread(const TraceHeader& header);
+
     void hear(const TraceLine& line, const CallResult& result);
 
     /// In the sensor's unit; nothing until the windows are full.
@@ -21,7 +23,9 @@ class FoldSpread {
   private:
     void take(float angle);
 
+    std::optional<int32_t> mHandle;  ///< of the sensor
     bool mOn = false;
+    bool mDeaf = false;  ///< what the filter listens to has died, and nothing ever comes from it
     std::vector<float> mAngles;
     std::vector<float> mAverages;
     float mSum = 0;

@@ -28,6 +28,8 @@ constexpr Said kKeys[] = {
 
 constexpr int32_t kFirstNotification = 516;
 constexpr int32_t kLastNotification = 519;
+constexpr int32_t kJudged[] = {66, 501, 502, 511, 512, 513, 514, 515, 601};
+constexpr int32_t kMayWait[] = {513, 514, 601};
 
 void add(Measures& measures, const SensorSlide::Size& slide) {
     measures.push_back({"slid along x", slide.width, kSlideWidth, ""});
@@ -52,13 +54,14 @@ void addShortSlide(Measures& measures, const Facts& facts) {
     if (fellShort) measures.insert(measures.end(), slid.begin(), slid.end());
 }
 
-/// In landscape: of the first finger in the central area, or else of the first that is not on the sensor.
+/// In landscape, of the last frame: of the first finger in the central area, or else of the first that is not on the
+/// sensor.
 void addCentralArea(Measures& measures, const Facts& facts) {
     const auto& area = facts.phone.centralArea();
     if (!facts.phone.landscape() || !area) return;
     const Finger* shown = nullptr;
     for (const auto& [whose, finger] : facts.fingers) {
-        if (facts.phone.inArea(finger.now.x, finger.now.y)) continue;
+        if (whose.first != facts.lastPanel || facts.phone.inArea(finger.now.x, finger.now.y)) continue;
         const bool inside = area->contains(finger.now.x, finger.now.y);
         if (shown == nullptr || inside) shown = &finger;
         if (inside) break;
@@ -83,11 +86,27 @@ uint32_t flagsIn(std::string_view words) {
     return flags;
 }
 
-/// A key may wait for a finger that landed alone in the area.
-void addLanding(Measures& measures, int64_t when, const Facts& facts) {
-    if (!facts.onlyLanding) return;
-    const auto since = static_cast<double>(toMs(when) - toMs(*facts.onlyLanding));
+/// A key may wait for a finger that landed alone in the area and is still in question, one at a time.
+void addLanding(Measures& measures, const Decision& decision, const Facts& facts) {
+    const bool mayWait = std::find(std::begin(kMayWait), std::end(kMayWait), decision.about.key) != std::end(kMayWait);
+    if (!mayWait || !facts.onlyLanding || facts.keyHeld) return;
+    const auto since = static_cast<double>(toMs(decision.when) - toMs(*facts.onlyLanding));
     measures.push_back({"since the finger landed", since, kKeyOfSameFinger, "ms"});
+}
+
+/// Which window is in front is asked, and told, only where it decides.
+Measures abnormal(uint32_t flags, const Facts& facts, const CallResult& result) {
+    using Pointer = android::RawPointerData::Pointer;
+    const auto flag = [](std::string_view name, bool set) { return Measure{name, set ? 1.0 : 0.0, kFlagSet, ""}; };
+    const auto told = [&](std::string_view part) { return lineOf(result, kFrontFpTag, part) != nullptr; };
+    const bool isAbnormal = (flags & Pointer::kAbnormal) != 0;
+    Measures all{flag("flagged as abnormal", isAbnormal),
+                 flag("flagged as stylus dirty", (flags & Pointer::kStylusDirty) != 0),
+                 flag("cancels in every window", facts.phone.inEveryWindow())};
+    if (!isAbnormal || facts.phone.inEveryWindow()) return all;
+    all.push_back(flag("keyguard in front", told("filtered as keyguard")));
+    all.push_back(flag("call window in front", told("filtered as foreground window")));
+    return all;
 }
 
 Measures waited(int64_t when, const Facts& facts) {
@@ -101,8 +120,10 @@ std::string_view ruleOf(const Decision& decision, const Facts& facts) {
     }
     const int32_t key = decision.about.key.value_or(0);
     if (kFirstNotification <= key && key <= kLastNotification && decision.fate == Fate::Consumed) return "sensor-tells";
+    if (!facts.phone.area()) return "filter-off";
     if (!facts.phone.isSensor(decision.about.device)) return "another-device";
-    return facts.phone.area() ? "no-finger" : "filter-off";
+    const bool isJudged = std::find(std::begin(kJudged), std::end(kJudged), key) != std::end(kJudged);
+    return isJudged ? "as-its-down" : "not-judged";  // of a key-down that is judged, words tell
 }
 
 }  // namespace
@@ -120,10 +141,10 @@ Reason reasonForKey(const Decision& decision, const Facts& facts, const CallResu
     if (reason.rule == "finger-nearby" || reason.rule == "sensor-finger-explained") {
         addShortSlide(reason.measures, facts);
     }
-    const bool mayWait = lineOf(result, kFrontFpTag, "process fingerprint event") != nullptr ||
-                         lineOf(result, kFrontFpTag, " down filtered") != nullptr;
-    if (mayWait) addLanding(reason.measures, decision.when, facts);
-    if (mayWait) addCentralArea(reason.measures, facts);
+    const bool isJudged = lineOf(result, kFrontFpTag, "process fingerprint event") != nullptr ||
+                          lineOf(result, kFrontFpTag, " down filtered") != nullptr;
+    if (isJudged) addLanding(reason.measures, decision, facts);
+    if (isJudged) addCentralArea(reason.measures, facts);
     return reason;
 }
 
@@ -147,15 +168,7 @@ Reason reasonForCancel(const Decision& decision, const Facts& facts, const CallR
         return slide;
     }
     if (says(words, "Cancel abnormal touch")) {
-        const bool keyguard = lineOf(result, kFrontFpTag, "filtered as keyguard") != nullptr;
-        const bool window = lineOf(result, kFrontFpTag, "filtered as foreground window") != nullptr;
-        const auto flag = [flags = flagsIn(words)](uint32_t mask) { return (flags & mask) != 0 ? 1.0 : 0.0; };
-        return {"abnormal-touch",
-                {{"flagged as abnormal", flag(android::RawPointerData::Pointer::kAbnormal), kFlagSet, ""},
-                 {"flagged as stylus dirty", flag(android::RawPointerData::Pointer::kStylusDirty), kFlagSet, ""},
-                 {"cancels in every window", facts.phone.inEveryWindow() ? 1.0 : 0.0, kFlagSet, ""},
-                 {"keyguard in front", keyguard ? 1.0 : 0.0, kFlagSet, ""},
-                 {"call window in front", window ? 1.0 : 0.0, kFlagSet, ""}}};
+        return {"abnormal-touch", abnormal(flagsIn(words), facts, result)};
     }
     if (says(words, "need to cancel touch.")) {
         return {"cover-moved",

@@ -32,8 +32,9 @@ constexpr Meaning kMeanings[] = {
     {"filter-off", "The front fingerprint filter has no area to act in."},
     // The other filters
     {"notch-band", "In landscape, in the notch band."},
-    {"notch-left", "Seen outside the notch band in this gesture."},
-    {"notch-left-before", "In the notch band, but seen outside of it before in this gesture."},
+    {"notch-left", "Seen outside of the notch band, or in a window marked for it, in this gesture."},
+    {"notch-left-before",
+     "In the notch band, but seen outside of it, or in a window marked for it, before in this gesture."},
     {"notch-window", "In the notch band, in a window that is marked for it."},
     {"notch-portrait", "The phone is no longer in landscape: there is no notch band."},
     {"cover-moved", "The slide cover is in another state than in the frame before."},
@@ -41,7 +42,7 @@ constexpr Meaning kMeanings[] = {
     {"cover-settled", "The slide cover has been in state 1 for 3 s: touches pass again."},
     {"cover-idle", "The slide cover's filter does not know the state of its sensor."},
     {"cover-report", "The slide cover's filter reports a gesture that it has cancelled."},
-    {"folding", "The phone is being folded: averages of its angle lie more than 10 apart."},
+    {"folding", "The phone is folded during this gesture: averages of its angle lay more than 10 apart."},
     {"taken-until-lifted", "Another filter than the front fingerprint's took it, until it lifted."},
     // Gestures
     {"gesture-cancelled", "It goes with its gesture, which is cancelled."},
@@ -65,6 +66,8 @@ constexpr Meaning kMeanings[] = {
     {"finger-restored", "The finger that the key waited for was a gesture."},
     {"new-touch", "Another touch has begun."},
     {"no-finger", "No finger on the panel explains the key."},
+    {"as-its-down", "A key-up shares the fate of a key-down of its code before it."},
+    {"not-judged", "Not a key that the filter judges."},
     {"another-device", "Not a key of the fingerprint sensor."},
     // All
     {"surroundings", "On this the fates of fingers and keys depend."},

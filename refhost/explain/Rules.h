@@ -27,7 +27,4 @@ Reason reasonToStay(int64_t when, const DeviceRef& device, const Finger& finger,
 /// Why the key that waits does so still at `when` (ns).
 Reason reasonToWait(int64_t when, const Facts& facts);
 
-/// Whether this rule is one of those by which the front fingerprint filter holds a finger back.
-bool holdsBackAtSensor(std::string_view rule);
-
 }  // namespace refhost

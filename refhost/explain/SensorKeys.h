@@ -7,6 +7,9 @@
 
 namespace refhost {
 
+/// Whether one of these doubts counts for a finger that the navigation bar would get.
+bool outweighNavigationBar(const Measures& doubts);
+
 /// What the fingerprint sensor's keys have said, as the front fingerprint filter took them: times in ms of the event
 /// clock, 0 where there was none. One thread.
 class SensorKeys {
@@ -20,10 +23,12 @@ class SensorKeys {
     Measure sinceSlideKey(int64_t nowMs) const;
 
   private:
-    int64_t mFinger = 0;         ///< 516 that no finger explained, or an event key that was dispatched
+    int64_t mFinger = 0;         ///< 516 that no finger explained
+    int64_t mDispatched = 0;     ///< an event key
     int64_t mEnrol = 0;          ///< 519
     int64_t mIdentify = 0;       ///< 517 or 518, until it is forgotten
-    bool mAnotherTouch = false;  ///< this frame's touch is not the one that is identified
+    bool mTimedOut = false;      ///< this frame is the last one that may show the identification
+    bool mAnotherTouch = false;  ///< the last frame's touch is not the one that is identified
     int64_t mLastKey = 0;        ///< an event key or 516
 };
 

@@ -23,6 +23,8 @@ inline constexpr Range kFlagSet{1, 1};
 inline constexpr Range kMovedUp{40, kOpenEnd};
 inline constexpr Range kMovedSideways{-kOpenEnd, 200};
 inline constexpr Range kHeldFor{-kOpenEnd, 1000};
+/// On a clock that runs backwards it never does.
+inline constexpr Range kHeldBackwards{0, 1000};
 
 /// A touch is the finger that is identified: the identification starts so long after it.
 inline constexpr Range kTouchBeforeIdentify{1, 300};

@@ -53,15 +53,17 @@ void CoverStory::hear(int64_t when, const SensorEvent& event, const CallResult& 
                          heard != nullptr ? heard->text : silent});
 }
 
-/// A gesture ends for the filter with its report, too: that may come while a finger is down which another filter hides.
+/// A gesture ends for the filter with its report, too: that may come while a finger is down which another filter hides;
+/// so may its end without one, which is known by the first finger that passes.
 void CoverStory::hear(int64_t when, const ProcessRawTouches& call, const CallResult& result, Decisions& decisions) {
     const LogEntry* unsent = noReport(result);
     if (unsent != nullptr) decisions.push_back({when, Fate::Noted, "no report", unsent->text});
     if (call.frame.touchingIdBits.isEmpty() || unsent != nullptr || lineOf(result, kCoverTag, "reportFirstPointData")) {
         mCancelled = false;
     }
-    if (!wordsOnCancel(result, kCoverTag).empty()) mCancelled = true;
     mBlind = lineOf(result, kCoverTag, "getSCFilterState false.") || lineOf(result, kCoverTag, "Invalid state=");
+    if (!result.frame.ids.isEmpty() && !mBlind && !settled(when)) mCancelled = false;
+    if (!wordsOnCancel(result, kCoverTag).empty()) mCancelled = true;
 }
 
 bool CoverStory::settled(int64_t when) const { return mState == kSettlingState && when - mSince > kSettlingNs; }

@@ -52,6 +52,11 @@ void Story::add(int64_t when, Fate fate, std::string subject, std::string words,
     mDecisions.push_back({when, fate, std::move(subject), std::move(words), about});
 }
 
+std::string Story::nameOf(const DeviceRef& panel) const {
+    const auto known = mHands.find(panel);
+    return known == mHands.end() ? "" : known->second.panel;
+}
+
 /// Fingers of the first panel are told without its name.
 Story::Hand& Story::handOn(const DeviceRef& panel) {
     const auto [known, isNew] = mHands.try_emplace(panel);
@@ -96,7 +101,9 @@ void Story::tellFinger(uint32_t id, Hand& hand, const ProcessRawTouches& call, c
     const auto& came = *call.frame.find(id);
     const bool passed = !result.frame.removed.hasBit(id);
     const bool landed = !hand.down.hasBit(id);
-    if (!landed && passed == hand.passed.hasBit(id)) return;
+    // One that another filter had taken may come into the front fingerprint filter's hands, and come back from there.
+    const bool changesHands = !passed && !wordsOnRestraining(result, id).empty();
+    if (!landed && passed == hand.passed.hasBit(id) && !changesHands) return;
 
     const std::string subject = fingerAt(id, came.x, came.y, hand.panel);
     const About about = aboutFinger(call.device, id);
@@ -120,9 +127,10 @@ std::string Story::whyHeldBack(uint32_t id, Hand& hand, const ProcessRawTouches&
         hand.onSensor.markBit(id);
         return said;
     }
-    said = wordsOnTakingAll(result);
+    said = wordsOnCancel(result, kCoverTag);
     if (said.empty()) said = mCover.wordsOnTaking(call.when);
-    if (!said.empty() || !mNotch.covers(call.device, *call.frame.find(id))) return said;
+    if (!said.empty()) return said;
+    if (!mNotch.covers(call.device, *call.frame.find(id))) return wordsOnFolding(result);
     hand.inNotch.markBit(id);
     return mNotch.wordsOnTaking();
 }
@@ -132,9 +140,10 @@ std::string Story::whyLetThrough(uint32_t id, const Hand& hand, const ProcessRaw
     return mCover.wordsOnPassing(call.when);
 }
 
-/// A filter may ask for the same cancel in frame after frame; the first of a run is the one that changes something.
+/// The front fingerprint filter may ask for the same cancel in frame after frame; the first of a run is the one that
+/// changes something. The fold's filter asks once for each of its own.
 void Story::tellCancel(const ProcessRawTouches& call, BitSet32 seen, Hand& hand, const CallResult& result) {
-    const std::vector<std::string_view> before = std::exchange(hand.cancelledLast, {});
+    const std::vector<std::string> before = std::exchange(hand.cancelledLast, {});
     if (result.requests.cancelled.empty()) return;
     mSummary.cancelRequests += result.requests.cancelled.size();
     if (!hand.gestureCancelled) ++mSummary.gesturesCancelled;
@@ -147,8 +156,8 @@ void Story::tellCancel(const ProcessRawTouches& call, BitSet32 seen, Hand& hand,
             ? "gesture that nobody saw"
             : fmt::format("gesture of {} {}{}", seen.count() == 1 ? "finger" : "fingers", fingers, hand.panel);
     const auto tell = [&](std::string_view who, std::string said) {
-        hand.cancelledLast.push_back(who);
-        const bool again = std::find(before.begin(), before.end(), who) != before.end();
+        const bool again = who != kFoldTag && std::find(before.begin(), before.end(), said) != before.end();
+        hand.cancelledLast.push_back(said);
         if (!again) add(call.when, Fate::Cancelled, subject, std::move(said), {call.device, seen, {}});
     };
     for (std::string_view who : kCancellers) {

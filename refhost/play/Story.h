@@ -45,6 +45,8 @@ class Story {
     /// The decisions of this line, in order; empty for most. Valid until the next call.
     const Decisions& tell(const TraceLine& line, const CallResult& result);
     const Summary& summary() const { return mSummary; }
+    /// How fingers of this panel are told apart from those of others: " of device 4"; empty for those of the first.
+    std::string nameOf(const DeviceRef& panel) const;
 
   private:
     /// The fingers on one panel. The id sets are of its last frame, as it came in.
@@ -55,9 +57,9 @@ class Story {
         android::BitSet32 onSensor{};    ///< of these, held back by the front fingerprint filter
         android::BitSet32 inNotch{};     ///< of these, taken out by the notch filter
         std::array<std::array<int32_t, 2>, android::RawPointerData::kMaxIds> lastPlace{};
-        std::vector<std::string_view> cancelledLast;  ///< who cancelled in its last frame
-        bool gestureCancelled = false;                ///< some frame of its gesture was
-        std::string panel;                            ///< as it is told; empty for the first one
+        std::vector<std::string> cancelledLast;  ///< what was said of cancels in its last frame
+        bool gestureCancelled = false;           ///< some frame of its gesture was
+        std::string panel;                       ///< as it is told; empty for the first one
     };
 
     Hand& handOn(const DeviceRef& panel);

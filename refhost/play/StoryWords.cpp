@@ -79,10 +79,7 @@ std::string wordsOnCancel(const CallResult& result, std::string_view canceller) 
     return textOf(sensor != nullptr ? sensor : lineOf(result, kFrontFpTag, "Cancel "));
 }
 
-std::string wordsOnTakingAll(const CallResult& result) {
-    const LogEntry* cover = lineOf(result, kCoverTag, kCoverCancels);
-    return textOf(cover != nullptr ? cover : lineOf(result, kFoldTag, kFolding));
-}
+std::string wordsOnFolding(const CallResult& result) { return textOf(lineOf(result, kFoldTag, kFolding)); }
 
 /// The last line of a key says what became of it; where that is an event key taken, the line before says why.
 std::string wordsOnKey(const CallResult& result) {

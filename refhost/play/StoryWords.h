@@ -39,8 +39,8 @@ bool isRestoring(std::string_view words);
 
 /// On the cancel that this one of kCancellers asks for.
 std::string wordsOnCancel(const CallResult& result, std::string_view canceller);
-/// On all fingers of a gesture that the slide cover or the fold cancels in this frame, or has cancelled before.
-std::string wordsOnTakingAll(const CallResult& result);
+/// On all fingers of a gesture that the fold cancels in this frame, or has cancelled before.
+std::string wordsOnFolding(const CallResult& result);
 
 std::string wordsOnKey(const CallResult& result);
 std::string wordsOnHoldingKey(const CallResult& result);

@@ -38,15 +38,17 @@ function rowOf(decision) {
 
 const amount = (value, unit) => `${Number.isInteger(value) ? value : value.toFixed(3)}${unit ? " " + unit : ""}`;
 
+const isFlag = ({least, most}) => least === 1 && most === 1;
+
 function threshold({least, most, unit}) {
-  if (least === most) return "set";
+  if (isFlag({least, most})) return "set";
   if (least === null) return `at most ${amount(most, unit)}`;
   if (most === null) return `at least ${amount(least, unit)}`;
   return `${amount(least, "")} to ${amount(most, unit)}`;
 }
 
 function marginText({value, least, most, unit, holds, margin}) {
-  if (least === most) return holds ? "yes" : "no";
+  if (isFlag({least, most})) return holds ? "yes" : "no";
   const inside = least !== null && most !== null;  // then it may leave on either side
   if (holds && inside) return `yes, by ${amount(value - least, "")} and ${amount(most - value, unit)}`;
   if (holds) return `yes, by ${amount(margin, unit)}`;
@@ -55,7 +57,7 @@ function marginText({value, least, most, unit, holds, margin}) {
 
 /// Name, value, gauge, threshold, margin: cells of one row of a grid.
 function measureCells(measure) {
-  const flag = measure.least === measure.most;
+  const flag = isFlag(measure);
   const margin = element("span", measure.holds ? "margin holds" : "margin", marginText(measure));
   return [element("span", "", measure.name),
           element("span", "value", flag ? (measure.value ? "set" : "not set") : amount(measure.value, measure.unit)),

@@ -19,17 +19,20 @@ class HeldAtSensor {
     /// Takes any line. `phone` has heard it.
     void hear(const TraceLine& line, const CallResult& result, const Phone& phone);
 
-    /// The fingers of the frame just heard that this filter takes out, where it acts as it should.
-    android::BitSet32 taken() const { return mTaken; }
-
-  private:
-    using Pointer = android::RawPointerData::Pointer;
-
+    /// Where a finger was when it was held back: raw panel units, ms of the event clock.
     struct Landed {
         int32_t x = 0;
         int32_t y = 0;
         int64_t ms = 0;
     };
+
+    /// The fingers of the frame just heard that this filter takes out, where it acts as it should.
+    android::BitSet32 taken() const { return mTaken; }
+    /// Of one that it has held back last.
+    const Landed& landed(uint32_t id) const { return mLanded[id]; }
+
+  private:
+    using Pointer = android::RawPointerData::Pointer;
 
     void hearFrame(const ProcessRawTouches& call, const CallResult& result, const Phone& phone);
     void hearSaid(const CallResult& result, android::BitSet32& restrained);

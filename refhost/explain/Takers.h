@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "aft/host/RawPointerData.h"
-#include "refhost/check/HeldAtSensor.h"
+#include "refhost/explain/HeldAtSensor.h"
 #include "refhost/explain/MarkedWindows.h"
 #include "refhost/explain/Phone.h"
 #include "refhost/play/CallResult.h"
@@ -56,6 +56,17 @@ class Takers {
     // Of the frame just heard.
 
     Taker of(uint32_t id) const { return mTakers[id]; }
+    /// Where the front fingerprint filter has held it back, as that filter sees it.
+    const HeldAtSensor::Landed& landed(uint32_t id) const { return mSensor.landed(id); }
+    /// Why fingers of a gesture that the slide cover's filter has cancelled pass.
+    bool coverSettled() const { return mCoverSettled; }
+    bool coverIdle() const { return mCoverStory.idle(); }
+    /// Whether the notch filter lets it be until all fingers are up: it has been seen where none is taken.
+    bool passesNotch(uint32_t id) const { return mPassedNotch.hasBit(id); }
+    /// Whether it is in a window in which fingers are wanted in the notch band, too.
+    bool isInMarkedWindow(const DeviceRef& device, const android::RawPointerData::Pointer& finger) const {
+        return mMarked.hold(device, finger);
+    }
     bool restores(uint32_t id) const { return mRestored.hasBit(id); }
     const Cancellers& cancellers() const { return mCancellers; }
     /// Why a gesture that these have cancelled, in this frame or before, passes in it.

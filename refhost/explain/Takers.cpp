@@ -1,6 +1,6 @@
-#include "refhost/check/Takers.h"
+#include "refhost/explain/Takers.h"
 
-#include "refhost/check/LogLines.h"
+#include "refhost/play/LogLines.h"
 #include "refhost/play/StoryWords.h"
 
 namespace refhost {

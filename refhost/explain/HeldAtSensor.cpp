@@ -1,10 +1,10 @@
-#include "refhost/check/HeldAtSensor.h"
+#include "refhost/explain/HeldAtSensor.h"
 
 #include <algorithm>
 #include <cstdlib>
 
-#include "refhost/check/LogLines.h"
 #include "refhost/explain/Thresholds.h"
+#include "refhost/play/LogLines.h"
 #include "refhost/play/StoryWords.h"
 
 namespace refhost {
@@ -82,14 +82,10 @@ void HeldAtSensor::hearSaid(const CallResult& result, BitSet32& restrained) {
 /// @param told whether the filter says so in this frame
 bool HeldAtSensor::takes(const Pointer& finger, int64_t nowMs, bool told, const Phone& phone) {
     const bool edge = (finger.extraData & Pointer::kOnEdge) != 0;
-    bool doubtful = false;
-    bool beyondNavigationBar = false;
-    for (const Measure& doubt : mKeys.doubts(nowMs, phone.landscape(), edge)) {
-        doubtful = doubtful || doubt.holds();
-        beyondNavigationBar = beyondNavigationBar || (doubt.holds() && doubt.name != "since a finger on the sensor");
-    }
+    const Measures doubts = mKeys.doubts(nowMs, phone.landscape(), edge);
+    const bool doubtful = std::any_of(doubts.begin(), doubts.end(), [](const Measure& each) { return each.holds(); });
     if (mSeenOutside.hasBit(finger.id)) return false;
-    if (phone.prefersNavigationBar() && !beyondNavigationBar) {
+    if (phone.prefersNavigationBar() && !outweighNavigationBar(doubts)) {
         mHeld.clearBit(finger.id);
         return false;
     }
