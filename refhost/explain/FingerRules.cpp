@@ -157,7 +157,12 @@ Reason reasonForFinger(const Decision& decision, const Finger& finger, const Fac
 }
 
 Reason reasonToStay(int64_t when, const DeviceRef& device, const Finger& finger, const Facts& facts) {
-    if (finger.passed) return toPass(when, device, finger, facts);
+    if (finger.passed) {
+        Reason reason = toPass(when, device, finger, facts);
+        // A doubt that has come up since the last frame is for the next one.
+        if (reason.rule == "no-doubt") std::erase_if(reason.measures, [](const Measure& each) { return each.holds(); });
+        return reason;
+    }
     switch (finger.taker) {
         case Taker::Sensor: return {"no-gesture", gesture(when, finger, facts)};
         case Taker::Cover: return {"cover-cancelled", settling(when, facts)};
