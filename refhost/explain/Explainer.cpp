@@ -68,8 +68,8 @@ const std::vector<Explained>& Explainer::explain(const TraceLine& line, const Ca
 void Explainer::see(const ProcessRawTouches& call, const CallResult& result) {
     const bool begins = !mTouching && !call.frame.touchingIdBits.isEmpty();
     mTouching = !call.frame.touchingIdBits.isEmpty();
-    if (begins) mFacts.onlyLanding.reset();
-    if (call.ids.count() >= 2 || !mTouching || !wordsOnRestoring(result).empty()) mFacts.onlyLanding.reset();
+    const bool inQuestion = mTouching && !begins && call.ids.count() < 2 && wordsOnRestoring(result).empty();
+    if (!inQuestion) mFacts.onlyLanding.reset();
     mFacts.lastPanel = call.device;
     for (uint32_t id : call.ids) {
         const auto* came = call.frame.find(id);

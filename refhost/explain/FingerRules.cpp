@@ -123,11 +123,17 @@ Reason outOfNotch(const DeviceRef& device, const Finger& finger, const Facts& fa
     return {finger.inMarkedWindow && inNotch(device, finger, facts) ? "notch-window" : "notch-left", band};
 }
 
+/// Of a finger that the front fingerprint filter held back, and does not put back where it landed.
+Reason letGoAtSensor(const Decision& decision, const Finger& finger, const Facts& facts) {
+    if (facts.phone.area() && !inArea(finger, facts)) {
+        return {"left-area-late", gesture(decision.when, finger, facts)};
+    }
+    return toPass(decision.when, decision.about.device, finger, facts);
+}
+
 Reason toLetThrough(const Decision& decision, const Finger& finger, const Facts& facts) {
     switch (finger.taker) {
-        case Taker::Sensor:
-            if (!facts.phone.area() || inArea(finger, facts)) break;
-            return {"left-area-late", gesture(decision.when, finger, facts)};
+        case Taker::Sensor: return letGoAtSensor(decision, finger, facts);
         case Taker::Cover:
             if (facts.takers.coverIdle()) return {"cover-idle", {}};
             if (facts.takers.coverSettled()) return {"cover-settled", settling(decision.when, facts)};
@@ -135,7 +141,6 @@ Reason toLetThrough(const Decision& decision, const Finger& finger, const Facts&
         case Taker::Notch: return outOfNotch(decision.about.device, finger, facts);
         default: break;
     }
-    if (finger.taker == Taker::Sensor) return toPass(decision.when, decision.about.device, finger, facts);
     return {"after-cancel", {}};
 }
 
