@@ -85,7 +85,7 @@ void Explainer::see(const ProcessRawTouches& call, const CallResult& result) {
         if (finger.taker == Taker::Sensor) finger.held = mFacts.takers.landed(id);
         const bool inside = mFacts.phone.inArea(came->x, came->y);
         if (begins && inside && call.ids.count() == 1) mFacts.onlyLanding = call.when;
-        if (!inside || isRestoring(wordsOnFinger(result, id))) finger.seenOutside = true;
+        finger.seenOutside = mFacts.takers.passesSensor(id);
     }
 }
 
@@ -133,7 +133,7 @@ void Explainer::addComingIn(const ProcessRawTouches& call, const CallResult& res
     }
 }
 
-/// Forgets who has lifted, and of those that pass who took them out before.
+/// Keeps what was decided, and forgets who has lifted.
 void Explainer::finish(const ProcessRawTouches& call) {
     for (const Explained& each : mExplained) {
         for (uint32_t id : each.decision.about.fingers) {
@@ -145,7 +145,6 @@ void Explainer::finish(const ProcessRawTouches& call) {
     for (auto each = mFacts.fingers.begin(); each != mFacts.fingers.end();) {
         const bool lifted = each->first.first == call.device && !call.ids.hasBit(each->first.second);
         if (lifted) mSinceLanding.erase(each->first);
-        if (each->second.passed) each->second.taker = Taker::Nobody;
         each = lifted ? mFacts.fingers.erase(each) : std::next(each);
     }
 }

@@ -28,6 +28,8 @@ class HeldAtSensor {
 
     /// The fingers of the frame just heard that this filter takes out, where it acts as it should.
     android::BitSet32 taken() const { return mTaken; }
+    /// Whether it holds this one back no more in this sequence of touches.
+    bool passes(uint32_t id) const { return mSeenOutside.hasBit(id); }
     /// Of one that it has held back last.
     const Landed& landed(uint32_t id) const { return mLanded[id]; }
 

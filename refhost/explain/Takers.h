@@ -61,8 +61,8 @@ class Takers {
     /// Why fingers of a gesture that the slide cover's filter has cancelled pass.
     bool coverSettled() const { return mCoverSettled; }
     bool coverIdle() const { return mCoverStory.idle(); }
-    /// Whether the notch filter lets it be until all fingers are up: it has been seen where none is taken.
-    bool passesNotch(uint32_t id) const { return mPassedNotch.hasBit(id); }
+    /// Whether the front fingerprint filter lets it be: it has been seen outside the filter area, or was put back.
+    bool passesSensor(uint32_t id) const { return mSensor.passes(id); }
     /// Whether it is in a window in which fingers are wanted in the notch band, too.
     bool isInMarkedWindow(const DeviceRef& device, const android::RawPointerData::Pointer& finger) const {
         return mMarked.hold(device, finger);

@@ -35,6 +35,9 @@ TEST_P(Explains, BothSidesOfEachThreshold) {
 const Edge kEdges[] = {
     {"516@9000 f9299:500,1900", "held back finger-on-sensor since a finger on the sensor=299(0)"},
     {"516@9000 f9300:500,1900", "kept no-doubt since a finger on the sensor=300(-1)"},
+    {"513@9500 516@9300 f9590:500,1900", "held back finger-on-sensor since a finger on the sensor=90("},
+    {"bar1@9 516@8990 f9000:500,1900", "kept navigation-bar since a finger on the sensor=10(9)"},
+    {"bar1@9 517@8990 f9000:500,1900 f10700:500,1900", "let through navigation-bar since identification=1710(-11)."},
     {"519@9000 f10699:500,1900", "held back enrolment since enrolment=1699(0)"},
     {"519@9000 f10700:500,1900", "kept no-doubt since enrolment=1700(-1)"},
     {"517@9000 f10699:500,1900", "held back identification since identification=1699(0)"},
@@ -50,6 +53,8 @@ const Edge kEdges[] = {
     {"516@9000 f9010:500,1900 f9020:500,1861 f9030:", "lost no-gesture moved up=39(-1)"},
     {"516@9000 f9010:500,1900 f10011:500,1850 f10020:",
      "lost no-gesture moved up=50(10) moved sideways=0(200) held back for=1010(-10)"},
+    {"516@9100 f9110:500,1900 f9105:500,1800 f9107:",
+     "lost no-gesture moved up=100(60) moved sideways=0(200) held back for=-3(-3)"},
     {"516@9000 f9010:400,1900 f9020:600,1860", "restored moved-up moved up=40(0) moved sideways=200(0)"},
     {"516@9000 f9010:400,1900 f9020:601,1860", "let through left-area-late moved up=40(0) moved sideways=201(-1)"},
     {"516@9000 f9010:500,1801 f9020:500,1799", "restored left-area moved up=2(-38)"},
@@ -61,6 +66,9 @@ const Edge kEdges[] = {
      "cancelled slide-over-sensor slid along x=101(0) slid along y=79(0) since the sensor's last key=299(0)"},
     {"f9000:499,1900 f9001:499,1900 f9002:600,1979 516@9010 f9309:600,1979;5,9 f9700:600,1979;5,9",
      "let through after-cancel."},
+    {"517@9000 f10700:500,1900 f10710: f10720:500,1900", "kept no-doubt."},
+    {"f9000:5,9 518@9010 f9020: f9030:500,1900 f9040: f9050:500,1900", "kept no-doubt."},
+    {"516@9000 f9010:500,1900 f9020:500,1860 601@9050", "consumed finger-nearby."},
     {"f9000:500,1900 601@9119", "held back waits-for-finger since the finger landed=119(0)"},
     {"f9000:500,1900 601@9120", "consumed finger-nearby since the finger landed=120(-1)"},
     {"f9000:500,1900 f9050: 601@9080", "dispatched no-finger."},
@@ -72,10 +80,12 @@ const Edge kEdges[] = {
     {"turn1@9 f9000:500,1900,1000000", "held back edge-in-landscape on the edge in landscape=1(0)"},
     {"turn1@9 516@8990 f9000:500,1900,1000000", "held back edge-in-landscape on the edge in landscape=1(0)."},
     {"turn1@9 f9000:500,500 turn0@9010 f9030: turn1@9040 f9050:500,50", "kept notch-left-before"},
+    {"turn1@9 marked1@10 f9000:500,50", "kept notch-window"},
     {"turn1@9 f9000:500,1900", "kept no-doubt on the edge in landscape=0(-1)"},
     {"turn1@9 f9000:900,1000 601@9050", "consumed central-area x in the central area=900(0)"},
     {"turn1@9 f9000:901,100 601@9050",
      "dispatched no-finger x in the central area=901(-1) y in the central area=100(0)"},
+    {"turn1@9 f9000:900,1000 F9010:5,5 601@9050", "dispatched no-finger x in the central area=5(-95)"},
     {"keyguard1@9 f9000:5,6,8000000",
      "cancelled abnormal-touch flagged as abnormal=1(0) flagged as stylus dirty=0(-1)"},
     {"keyguard1@9 f9000:5,6,20000000",
@@ -84,12 +94,15 @@ const Edge kEdges[] = {
     {"cover0@9 f9000:5,6 cover2@9001 f9002:5,6 f9003:", "reported cover-report cover moved after touch-down=1(0)"},
     {"cover0@9 f9000:5,6 cover2@9000 f9002:5,6 f9003:", "cancelled cover-moved cover moved after touch-down=0(-1)"},
     {"cover0@9 f9000:5,6 cover1@9005 f9010:5,6 f12005:5,6", "let through cover-settled cover in state 1 for=3000(0)"},
+    {"cover0@9 f9000:5,9 cover2@9005 f9010:5,9 input0@9015 f9020:5,9", "let through cover-idle."},
     {"cover0@9 f9000:5,6 cover1@9005 f9010:5,6 f12004:5,6;7,8",
      "held back cover-cancelled cover in state 1 for=2999(-1)"},
     {"f9000:499,1900 f9001:499,1900 f9002:583,1979 516@9010",
      "consumed sensor-finger-explained slid along x=84(-17) slid along y=79(0)"},
     {"31x0@9 10x30@9 f9000:5,6", "kept outside-area"},
     {"31x0@9 11x30@9 f9000:5,6", ZQAFT_FOLDABLE ? "cancelled folding spread of the averages=11(" : "kept outside-area"},
+    {"31x0@9 11x30@9 dies0@10 30x30@11 f9000:5,6",
+     ZQAFT_FOLDABLE ? "cancelled folding spread of the averages=11(" : "kept outside-area"},
 };
 INSTANTIATE_TEST_SUITE_P(Rules, Explains, ::testing::ValuesIn(kEdges));
 
@@ -104,6 +117,26 @@ TEST(Explainer, ShowsTheKeyThatWaits) {
         waits += key ? fmt::format("{} ms ", key->reason.measures[0].value) : "- ";
     }
     EXPECT_EQ(waits, "- - - - 0 ms 10 ms - ");
+}
+
+// A finger that passes would be shown with a doubt that holds, or as if it were on the other panel, or told twice.
+TEST(Explainer, ShowsTheFingersAsTheirLastFramesWereJudged) {
+    Player player(headerOfWords(), ZQAFT_PLUGIN_UNDER_TEST);
+    Explainer explainer(headerOfWords());
+    std::string told;
+    for (const TraceLine& line : linesOf("f9000:500,1900 519@9010 f9020:5,9 F9030:500,1900")) {
+        for (const Explained& each : explainer.explain(line, player.play(line))) {
+            if (!each.decision.about.fingers.isEmpty()) told += each.decision.subject + "; ";
+        }
+        for (const OnGlass& finger : explainer.fingersAt(*line.t)) {
+            const Reason& reason = finger.state.reason;
+            told += fmt::format("{}: {} {}; ", finger.state.decision.subject, reason.rule, reason.measures.size());
+        }
+    }
+    EXPECT_EQ(told,
+              "finger 0 at (500, 1900); finger 0 at (500, 1900): no-doubt 0; finger 0 at (500, 1900): no-doubt 0; "
+              "finger 0 at (5, 9): outside-area 2; finger 0 at (500, 1900) of device 6; "
+              "finger 0 at (5, 9): outside-area 2; finger 0 at (500, 1900) of device 6: wide-range 2; ");
 }
 
 }  // namespace

@@ -23,6 +23,7 @@ inline TraceHeader headerOfWords() {
 
 /// Lines of words, each with its ms: "516@9000" a key, "f9300:500,1900;5,6,8000000" a frame of fingers 0 and 1, which
 /// has flags ("F" of panel 6; "g" with a set of ids that names none), "turn1@9000" panel 3, "keyguard1@9000" it shows,
+/// "bar1@9000" the navigation bar, "marked1@9000" a window marked for the notch, "dies1@9000" the sensor service,
 /// "cover2@9000" its state, "30x88@9000" samples of the fold angle, "input0@9000" it ends.
 inline std::vector<TraceLine> linesOf(const std::string& text) {
     std::vector<TraceLine> lines{{2, 0, ConfigureSurface{3, 1000, 2000}}, {3, 0, NotifyInputStart{}}};
@@ -38,6 +39,11 @@ inline std::vector<TraceLine> linesOf(const std::string& text) {
         if (is("%d@%d")) add(ProcessKey{4, ms * 1'000'000LL, value, 0, true});
         if (is("turn%d@%d")) add(ConfigureSurface{3, 1000, 2000, value});
         if (is("keyguard%d@%d")) add(ProcessInputWindow{{{"Mail"}}, 0, value != 0});
+        if (is("bar%d@%d"))
+            add(ProcessInputWindow{{{"Window{1 u0 NavigationBar}", true, 2019, {0, 1900, 1000, 2000}}}, {}, false});
+        if (is("marked%d@%d"))
+            add(ProcessInputWindow{{{"Game", true, 1, {-9999, -9999, 9999, 9999}, true, true}}, {}, false});
+        if (is("dies%d@%d")) add(SensorService{{}, SensorService::State::Dies});
         if (is("cover%d@%d")) add(SensorEvent{65557, 7, 0, {1, static_cast<float>(value)}});
         if (is("input%d@%d")) add(NotifyInputExit{});
         const bool folds = std::sscanf(word.c_str(), "%dx%d@%d", &times, &value, &ms) == 3;
