@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "refhost/explain/Explainer.h"
+#include "refhost/explain/RuleMeanings.h"
 #include "refhost/play/Player.h"
 #include "tests/refhost/TraceWords.h"
 
@@ -27,6 +28,7 @@ TEST_P(Explains, BothSidesOfEachThreshold) {
     }
     ASSERT_FALSE(all.empty());
     const auto& [decision, reason, log] = all.back();
+    EXPECT_NE(meaningOf(reason.rule), "") << reason.rule;
     std::string told = fmt::format("{} {}", wordOf(decision.fate), reason.rule);
     for (const Measure& each : reason.measures) told += fmt::format(" {}={}({})", each.name, each.value, each.margin());
     EXPECT_EQ((told + '.').find(GetParam().told), 0U) << told;
@@ -53,6 +55,7 @@ const Edge kEdges[] = {
     {"516@9000 f9010:500,1900 f9020:500,1861 f9030:", "lost no-gesture moved up=39(-1)"},
     {"516@9000 f9010:500,1900 f10011:500,1850 f10020:",
      "lost no-gesture moved up=50(10) moved sideways=0(200) held back for=1010(-10)"},
+    {"516@9000 f9010:500,1900 g9020:500,1880 f9030:500,1880 f9040:500,1845 f9050:", "lost no-gesture moved up=35(-5)"},
     {"516@9100 f9110:500,1900 f9105:500,1800 f9107:",
      "lost no-gesture moved up=100(60) moved sideways=0(200) held back for=-3(-3)"},
     {"516@9000 f9010:400,1900 f9020:600,1860", "restored moved-up moved up=40(0) moved sideways=200(0)"},

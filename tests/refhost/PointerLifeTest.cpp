@@ -31,6 +31,8 @@ const Life kLives[] = {
      "cover-while-down cover-then-again cover-then-new-gesture "},
     {"turn1@9 f9000:5,100 f9010:5,101", "notch-then-late "},
     {"f9000:5,100 turn1@9 f9010:5,100 f9020:5,101", "notch-while-down notch-then-again notch-then-new-gesture "},
+    {"516@9000 f9010:500,1900 f9020:500,1860 f9030:500,50 turn1@9035 f9040:500,50",
+     "held-back-then-restored notch-while-down "},
     {"31x0@9 f9000:5,9 9x90@9005 f9010:5,9 f9020:5,9;6,9 input0@9025 f9030:5,9;6,9", "fold-forgot fold-then-late "},
     {"31x0@9 F8000:5,9 f9000:5,9 9x90@9005 f9010:5,9 F9020:5,9 input0@9025 F9030:5,9",
      "fold-while-down fold-then-again fold-then-new-gesture "},

@@ -102,7 +102,7 @@ TEST(Report, ShowsEachFingerAndKeyWithItsStates) {
     EXPECT_EQ(verdicts, "consumed; held back; held back; dispatched; restored; dropped; kept; ");
 }
 
-// The headline would count one cancel where the host was asked for two.
+// The headline would count one cancel where the host was asked for two, or the path be drawn as kept.
 TEST(Report, CountsTheGesturesThatWereCancelled) {
     std::string trace = R"({"trace":"zqaft","version":1,"devices":[{"id":3,"name":"panel"}]})";
     for (const char* flagged :
@@ -112,7 +112,9 @@ TEST(Report, CountsTheGesturesThatWereCancelled) {
             R"({{"call":"processRawTouches","device":3,"when":9000000000,"pointers":[{}]}})",
             flagged);
     }
-    EXPECT_EQ(dataOf(trace)["summary"]["gesturesCancelled"], 2);
+    const nlohmann::json data = dataOf(trace);
+    EXPECT_EQ(data["summary"]["gesturesCancelled"], 2);
+    EXPECT_EQ(data["strokes"][0][4].dump(), R"([9000000,"cancelled"])") << "of two states at one time the last counts";
 }
 
 }  // namespace
