@@ -41,18 +41,17 @@ std::vector<LogEntry> logOn(const Decision& decision, const CallResult& result) 
 const std::vector<Explained>& Explainer::explain(const TraceLine& line, const CallResult& result) {
     mExplained.clear();
     mNow = line.t.value_or(mNow);
-    mFacts.phone.hear(line, result);
+    mFacts.takers.hear(line, result);
     mFacts.fold.hear(line, result);
     if (const LogEntry* moved = lineOf(result, kCoverSensorTag, "handleSensorEvent ")) {
         mFacts.coverSince = mNow;
         mFacts.coverState = numberAfter(moved->text, " state=").value_or(-1);
     }
-    mFacts.slide.hear(line, result, mFacts.phone);
-    mFacts.takers.hear(line, result);
+    mFacts.slide.hear(line, result, mFacts.phone());
     const Decisions& decisions = mStory.tell(line, result);
     const auto* frame = std::get_if<ProcessRawTouches>(&line.event);
     if (frame != nullptr) {
-        mFacts.keys.hear(line, result, mFacts.phone);
+        mFacts.keys.hear(line, result, mFacts.phone());
         see(*frame, result);
     }
     for (const Decision& decision : decisions) explain(decision, result);
@@ -60,7 +59,7 @@ const std::vector<Explained>& Explainer::explain(const TraceLine& line, const Ca
         addComingIn(*frame, result);
         finish(*frame);
     } else {
-        mFacts.keys.hear(line, result, mFacts.phone);  // a key is judged by those before it
+        mFacts.keys.hear(line, result, mFacts.phone());  // a key is judged by those before it
     }
     return mExplained;
 }
@@ -83,7 +82,7 @@ void Explainer::see(const ProcessRawTouches& call, const CallResult& result) {
         finger.inMarkedWindow = mFacts.takers.isInMarkedWindow(call.device, *came);
         if (!finger.passed) finger.taker = mFacts.takers.of(id);
         if (finger.taker == Taker::Sensor) finger.held = mFacts.takers.landed(id);
-        const bool inside = mFacts.phone.inArea(came->x, came->y);
+        const bool inside = mFacts.phone().inArea(came->x, came->y);
         if (begins && inside && call.ids.count() == 1) mFacts.onlyLanding = call.when;
         finger.seenOutside = mFacts.takers.passesSensor(id);
     }

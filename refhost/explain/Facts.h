@@ -32,13 +32,14 @@ struct Finger {
 
 /// All that rules look at.
 struct Facts {
-    explicit Facts(const TraceHeader& header) : phone(header), fold(header), takers(header) {}
+    explicit Facts(const TraceHeader& header) : takers(header), fold(header) {}
 
-    Phone phone;
+    const Phone& phone() const { return takers.phone(); }
+
+    Takers takers;
     SensorKeys keys;
     SensorSlide slide;
     FoldSpread fold;
-    Takers takers;
     std::map<std::pair<DeviceRef, uint32_t>, Finger> fingers;  ///< on the glass
     DeviceRef lastPanel;                                       ///< of the last frame
     std::optional<int64_t> onlyLanding;  ///< ns: when the sequence began with a single finger in the area

@@ -22,15 +22,15 @@ constexpr Cause kCauses[] = {
     {"onEdge=1", "on the edge in landscape", "edge-in-landscape"},
 };
 
-bool inArea(const Finger& finger, const Facts& facts) { return facts.phone.inArea(finger.now.x, finger.now.y); }
+bool inArea(const Finger& finger, const Facts& facts) { return facts.phone().inArea(finger.now.x, finger.now.y); }
 
 Measures doubts(int64_t when, const Finger& finger, const Facts& facts) {
-    return facts.keys.doubts(toMs(when), facts.phone.landscape(), finger.edge);
+    return facts.keys.doubts(toMs(when), facts.phone().landscape(), finger.edge);
 }
 
 Measures place(const Finger& finger, const Facts& facts) {
-    if (!facts.phone.area()) return {};
-    const auto& [left, top, right, bottom] = *facts.phone.area();
+    if (!facts.phone().area()) return {};
+    const auto& [left, top, right, bottom] = *facts.phone().area();
     const auto range = [](int32_t least, int32_t most) {
         return Range{static_cast<double>(least), static_cast<double>(most)};
     };
@@ -59,7 +59,7 @@ Measures settling(int64_t when, const Facts& facts) {
 }
 
 Measures notch(const DeviceRef& device, const Finger& finger, const Facts& facts) {
-    const std::optional<int32_t> height = facts.phone.notchOn(device);
+    const std::optional<int32_t> height = facts.phone().notchOn(device);
     if (!height) return {};
     return {{"y in the notch band", static_cast<double>(finger.now.y), {0, static_cast<double>(*height)}, ""}};
 }
@@ -90,11 +90,11 @@ Reason toPass(int64_t when, const DeviceRef& device, const Finger& finger, const
     }
     Reason reason;
     const Measures all = doubts(when, finger, facts);
-    if (!facts.phone.area()) {
+    if (!facts.phone().area()) {
         reason.rule = "filter-off";
     } else if (!inArea(finger, facts)) {
         reason = {"outside-area", place(finger, facts)};
-    } else if (facts.phone.prefersNavigationBar() && !outweighNavigationBar(all)) {
+    } else if (facts.phone().prefersNavigationBar() && !outweighNavigationBar(all)) {
         reason = {"navigation-bar", all};
     } else if (finger.seenOutside) {
         reason = {"wide-range", place(finger, facts)};
@@ -125,7 +125,7 @@ Reason outOfNotch(const DeviceRef& device, const Finger& finger, const Facts& fa
 
 /// Of a finger that the front fingerprint filter held back, and does not put back where it landed.
 Reason letGoAtSensor(const Decision& decision, const Finger& finger, const Facts& facts) {
-    if (facts.phone.area() && !inArea(finger, facts)) {
+    if (facts.phone().area() && !inArea(finger, facts)) {
         return {"left-area-late", gesture(decision.when, finger, facts)};
     }
     return toPass(decision.when, decision.about.device, finger, facts);

@@ -57,11 +57,11 @@ void addShortSlide(Measures& measures, const Facts& facts) {
 /// In landscape, of the last frame: of the first finger in the central area, or else of the first that is not on the
 /// sensor.
 void addCentralArea(Measures& measures, const Facts& facts) {
-    const auto& area = facts.phone.centralArea();
-    if (!facts.phone.landscape() || !area) return;
+    const auto& area = facts.phone().centralArea();
+    if (!facts.phone().landscape() || !area) return;
     const Finger* shown = nullptr;
     for (const auto& [whose, finger] : facts.fingers) {
-        if (whose.first != facts.lastPanel || facts.phone.inArea(finger.now.x, finger.now.y)) continue;
+        if (whose.first != facts.lastPanel || facts.phone().inArea(finger.now.x, finger.now.y)) continue;
         const bool inside = area->contains(finger.now.x, finger.now.y);
         if (shown == nullptr || inside) shown = &finger;
         if (inside) break;
@@ -102,8 +102,8 @@ Measures abnormal(uint32_t flags, const Facts& facts, const CallResult& result) 
     const bool isAbnormal = (flags & Pointer::kAbnormal) != 0;
     Measures all{flag("flagged as abnormal", isAbnormal),
                  flag("flagged as stylus dirty", (flags & Pointer::kStylusDirty) != 0),
-                 flag("cancels in every window", facts.phone.inEveryWindow())};
-    if (!isAbnormal || facts.phone.inEveryWindow()) return all;
+                 flag("cancels in every window", facts.phone().inEveryWindow())};
+    if (!isAbnormal || facts.phone().inEveryWindow()) return all;
     all.push_back(flag("keyguard in front", told("filtered as keyguard")));
     all.push_back(flag("call window in front", told("filtered as foreground window")));
     return all;
@@ -120,8 +120,8 @@ std::string_view ruleOf(const Decision& decision, const Facts& facts) {
     }
     const int32_t key = decision.about.key.value_or(0);
     if (kFirstNotification <= key && key <= kLastNotification && decision.fate == Fate::Consumed) return "sensor-tells";
-    if (!facts.phone.area()) return "filter-off";
-    if (!facts.phone.isSensor(decision.about.device)) return "another-device";
+    if (!facts.phone().area()) return "filter-off";
+    if (!facts.phone().isSensor(decision.about.device)) return "another-device";
     const bool isJudged = std::find(std::begin(kJudged), std::end(kJudged), key) != std::end(kJudged);
     return isJudged ? "as-its-down" : "not-judged";  // of a key-down that is judged, words tell
 }

@@ -47,7 +47,8 @@ constexpr Meaning kMeanings[] = {
     // Gestures
     {"gesture-cancelled", "It goes with its gesture, which is cancelled."},
     {"after-cancel", "Its gesture was cancelled in a frame before; from there on it is judged like any finger."},
-    {"touch-before-identification", "An identification (517) began 1 to 300 ms after the only finger had landed."},
+    {"touch-before-identification",
+     "An identification (517) began 1 to 300 ms after a finger had landed alone in the filter area."},
     {"slide-over-sensor", "A finger slid over the sensor: at least 101 along x, and less than 80 along y."},
     {"abnormal-touch",
      "The panel flags a finger as stylus dirty; or as abnormal, and a call or the keyguard is in front, or every "

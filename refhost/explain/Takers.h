@@ -53,6 +53,9 @@ class Takers {
     /// Takes any line.
     void hear(const TraceLine& line, const CallResult& result);
 
+    /// As they know it.
+    const Phone& phone() const { return mPhone; }
+
     // Of the frame just heard.
 
     Taker of(uint32_t id) const { return mTakers[id]; }
