@@ -35,7 +35,8 @@ nsecs_t systemTime(int clock) {
 
 namespace aftplatform {
 
-void setVirtualTime(int64_t ns) { virtualTime.store(ns, std::memory_order_release); }
+/// The earliest time of all stands for the real clock: it becomes the next.
+void setVirtualTime(int64_t ns) { virtualTime.store(ns == kReal ? kReal + 1 : ns, std::memory_order_release); }
 
 void useRealClock() { virtualTime.store(kReal, std::memory_order_release); }
 
