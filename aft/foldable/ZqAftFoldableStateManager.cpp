@@ -29,7 +29,16 @@ constexpr float kBelowAll = -1000.0F;
 
 }  // namespace
 
-ZqAftFoldableStateManager::ZqAftFoldableStateManager() : SensorSubscription(SensorUser::FoldAngle) {}
+ZqAftFoldableStateManager::ZqAftFoldableStateManager()
+    : SensorSubscription({.type = 3,
+                          .filter = kFoldAngle,
+                          .logTag = AFT_LOG_TAG,
+                          .connecting = "ZqAftFoldableStateManager init",
+                          .enable = "enableSensor",
+                          .disable = "disableSensor",
+                          .enabledFlag = "mSensorEnabled",
+                          .null = "nullptr",
+                          .enablingConnects = true}) {}
 
 ZqAftFoldableStateManager::~ZqAftFoldableStateManager() { deInit(); }
 
@@ -38,20 +47,28 @@ bool ZqAftFoldableStateManager::enabled() {
     return SensorSubscription::enabled();
 }
 
-int ZqAftFoldableStateManager::getFoldState() {
+int ZqAftFoldableStateManager::getFoldState(Measurements& measured) {
     RWLock::AutoRLock lock(mStateLock);
+    measured.add(mMeasured);
     return mFoldState;
 }
 
 void ZqAftFoldableStateManager::handleSensorEvent(const Event& event) {
     Mutex::Autolock lock(mWindowsLock);
-    const int state = stablizeAngle(event.u.data[kAngle]);
-    if (state == getFoldState()) return;
+    const DecisionRecorder recorder(kFoldAngle);
+    Decision decision(recorder);
+    decision.fact({.name = "fold angle"}, double{event.u.data[kAngle]});
+    Measurements measured(true);  // kept for the frames that ask for the state
+    const int state = stablizeAngle(event.u.data[kAngle], measured);
+    decision.add(measured);
+    if (state == getFoldState()) return decision.record(DecisionRecord::Outcome::Sampled, "fold-state"_rule);
+    decision.record(DecisionRecord::Outcome::Noted, "fold-state"_rule);
     RWLock::AutoWLock writing(mStateLock);
     mFoldState = state;
+    mMeasured = measured;
 }
 
-int ZqAftFoldableStateManager::stablizeAngle(const float& angle) {
+int ZqAftFoldableStateManager::stablizeAngle(const float& angle, Measurements& measured) {
     const auto place = static_cast<uint8_t>(mAngleIndex);
     mAngleIndex = static_cast<int8_t>((place + 1) % kWindow);
     if (mAngles.size() < kWindow) {
@@ -64,17 +81,17 @@ int ZqAftFoldableStateManager::stablizeAngle(const float& angle) {
     mAngles.editItemAt(place) = angle;
     mAngleSum += angle;
     mAverages.editItemAt(place) = mAngleSum / static_cast<float>(kWindow);
-    return averagesSpread() ? kChanging : kSteady;
+    return averagesSpread(measured) ? kChanging : kSteady;
 }
 
-bool ZqAftFoldableStateManager::averagesSpread() const {
+bool ZqAftFoldableStateManager::averagesSpread(Measurements& measured) const {
     float lowest = kAboveAll;
     float highest = kBelowAll;
     for (const float average : mAverages) {
         if (average < lowest) lowest = average;
         if (average > highest) highest = average;
     }
-    return highest - lowest > kSteadySpread;
+    return measured.above({.name = "spread of the averages"}, highest - lowest, kSteadySpread);
 }
 
 /// The ring's next place stays: only a new connection begins at its start.

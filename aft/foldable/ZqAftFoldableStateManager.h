@@ -8,9 +8,13 @@
 
 #include <cstdint>
 
+#include "aft/host/Decision.h"
 #include "aft/sensor/SensorSubscription.h"
 
 namespace android {
+
+/// The filter's name in decision records.
+inline constexpr char kFoldAngle[] = "fold-angle";
 
 /// Follows the fold angle and tells whether the device is being folded. Each sample goes into a window of the last 30;
 /// while their moving averages, of which the last 30 are kept too, spread over more than 10 units, the angle is
@@ -38,14 +42,16 @@ class ZqAftFoldableStateManager : public RefBase, private SensorSubscription {
     bool enabled();
 
     /// kSteady or kChanging. It stays as it is while the sensor is disabled.
-    int getFoldState();
+    /// @param measured gains the comparison that made the state what it is
+    int getFoldState(Measurements& measured = Measurements::unheard());
 
     /// Takes in one event of any sensor.
     void handleSensorEvent(const Event& event);
 
     /// Puts one sample into the windows. @return the fold state that they show now
     /// Takes no lock: handleSensorEvent() does.
-    int stablizeAngle(const float& angle);
+    /// @param measured gains what was compared
+    int stablizeAngle(const float& angle, Measurements& measured = Measurements::unheard());
 
     /// Hears of the service's death and return, and leaves all as it is.
     class SensorDeathRecipient : public hidl::manager::V1_0::IServiceNotification, public hidl_death_recipient {
@@ -63,15 +69,16 @@ class ZqAftFoldableStateManager : public RefBase, private SensorSubscription {
     void haveDeInited() override { emptyWindows(); }
 
     void emptyWindows();
-    bool averagesSpread() const;
+    bool averagesSpread(Measurements& measured) const;
 
     Mutex mWindowsLock;       ///< guards the windows, their sum and the index
     Vector<float> mAngles;    ///< the last samples; a ring once it is full
     Vector<float> mAverages;  ///< the average at each place of that ring; the sample itself where there was none yet
     float mAngleSum = 0;      ///< of mAngles, kept up by subtracting and adding
     int8_t mAngleIndex = 0;   ///< the ring's next place
-    RWLock mStateLock;        ///< guards mFoldState; taken after mWindowsLock
+    RWLock mStateLock;        ///< guards the two below; taken after mWindowsLock
     int32_t mFoldState = kSteady;
+    Measurements mMeasured{true};  ///< what was compared when mFoldState changed
 };
 
 /// Brings the events of the manager's queue to it.

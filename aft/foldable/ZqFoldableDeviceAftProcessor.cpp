@@ -34,18 +34,28 @@ void ZqFoldableDeviceAftProcessor::processRawTouches(InputMapper* mapper, long l
     if (touchingEnd(data, when)) return;
     if (mFoldableStateManager == nullptr || !mFoldableStateManager->enabled()) {
         LOGW("mFoldableStateManager not enabled.");
+        const DecisionRecorder recorder(kFoldAngle, mapper, when);
+        if (!mIdle) Decision(recorder).record(DecisionRecord::Outcome::Noted, "fold-idle"_rule, true);
+        mIdle = true;
         return;
     }
-    const bool folds = mFoldableStateManager->getFoldState() == ZqAftFoldableStateManager::kChanging;
+    mIdle = false;
+    const DecisionRecorder recorder(kFoldAngle, mapper, when);
+    Decision decision(recorder);
+    const bool folds = mFoldableStateManager->getFoldState(decision) == ZqAftFoldableStateManager::kChanging;
     bool cancelled = mCancelled;
     if (folds && !cancelled) {
         LOGW("cancel touch during folding the device.");
+        decision.record(DecisionRecord::Outcome::Cancelled, "folding"_rule, true);
         if (mapper != nullptr) mapper->cancelTouch(when);
         cancelled = true;
         mCancelled = true;
     }
     if (!cancelled) return;
     LOGW("cancel touch during folding the device.");
+    if (recorder.listening()) {
+        recordEach(recorder, data, idBits, DecisionRecord::Outcome::Removed, "fold-cancelled"_rule);
+    }
     filterAndCompactPointers(&data, &idBits, &idBits);
 }
 

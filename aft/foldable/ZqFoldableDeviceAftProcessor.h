@@ -37,6 +37,7 @@ class ZqFoldableDeviceAftProcessor : public Singleton<ZqFoldableDeviceAftProcess
 
   private:
     sp<ZqAftFoldableStateManager> mFoldableStateManager;
+    bool mIdle = false;                    ///< the sensor was not enabled in the last frame, for records
     std::atomic<bool> mCancelled = false;  ///< the gesture in progress has been
 };
 

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "aft/host/Decision.h"
+
 namespace android {
 
 /// Milliseconds of an event time in ns, truncated toward zero.
@@ -12,9 +14,18 @@ constexpr uint64_t msSince(int64_t nowMs, int64_t thenMs) {
     return static_cast<uint64_t>(nowMs) - static_cast<uint64_t>(thenMs);
 }
 
-/// True when 0 < now - then < limit (ms). A `then` later than `now`, and one of just now, is never recent.
-constexpr bool recently(int64_t nowMs, int64_t thenMs, uint64_t limitMs) {
-    return 0 < msSince(nowMs, thenMs) && msSince(nowMs, thenMs) < limitMs;
+/// The same, signed: a `thenMs` later than `nowMs` is a negative time ago.
+constexpr int64_t msFrom(int64_t thenMs, int64_t nowMs) { return static_cast<int64_t>(msSince(nowMs, thenMs)); }
+
+/// The event that a time counts from, for the record of a measurement.
+constexpr MeasurementCause eventAt(const char* event, int64_t ms) { return {event, 0, ms * 1'000'000, 0}; }
+constexpr MeasurementCause keyAt(int32_t keyCode, int64_t ms) { return {"key", keyCode, ms * 1'000'000, 0}; }
+
+/// True when 0 < now - then < limit (ms). A `then` later than `now`, and one of just now, is never recent. A `then` of
+/// 0 means that nothing has happened yet.
+inline bool recently(Quantity what, int64_t nowMs, int64_t thenMs, int64_t limitMs, MeasurementCause from,
+                     Measurements& measured) {
+    return measured.withinSince(what, msFrom(thenMs, nowMs), 1, limitMs - 1, from);
 }
 
 }  // namespace android

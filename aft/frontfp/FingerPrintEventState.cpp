@@ -12,10 +12,12 @@ namespace android {
 namespace {
 
 /// A key this soon after the touch-down came from the same finger; later ones are a press of their own.
-constexpr uint64_t kSameFingerMs = 120;
+constexpr int64_t kSameFingerMs = 120;
 
 /// A key cannot be sent again earlier than this after it came down: its pair would carry no later time.
 constexpr int64_t kShortestHoldNs = 1'000'000;
+
+constexpr Quantity kKeyHeldFor{.name = "key held for", .unit = "ns"};
 
 struct ReleaseKeyRecord {
     void operator()(NotifyKeyArgs* args) const { releaseNotifyKeyArgs(args); }
@@ -27,7 +29,8 @@ KeyRecord allocKeyRecord() { return KeyRecord(static_cast<NotifyKeyArgs*>(allocN
 }  // namespace
 
 bool FingerPrintEventState::delayDispatchKey(uint32_t touchSeq, InputMapper* mapper, int64_t when, int32_t keyCode,
-                                             int32_t scanCode, int32_t metaState, uint32_t policyFlags) {
+                                             int32_t scanCode, int32_t metaState, uint32_t policyFlags,
+                                             Measurements& measured) {
     if (!FingerprintKeys::canBeHeldBack(keyCode)) return false;
     if (mPendingKey.touchSeq != touchSeq) {
         LOGI("delayDispatchKey, touchSeq#%d check pending key=%d mPendingKey.touchSeq=%d, no need to delay it",
@@ -38,7 +41,10 @@ bool FingerPrintEventState::delayDispatchKey(uint32_t touchSeq, InputMapper* map
         LOGI("delayDispatchKey, it already has an pending key, do not delay current key!");
         return false;
     }
-    if (!recently(toMs(when), mTouchDownTime, kSameFingerMs)) return false;
+    if (!recently({.name = "since the finger landed", .unit = "ms"}, toMs(when), mTouchDownTime, kSameFingerMs,
+                  eventAt("landing", mTouchDownTime), measured)) {
+        return false;
+    }
     mPendingKey = {keyCode, scanCode, metaState, policyFlags, when, touchSeq, mapper};
     LOGI("delayDispatchKey delay dispatch the key:%d", keyCode);
     return true;
@@ -64,37 +70,50 @@ bool FingerPrintEventState::InitNotifyKeyArgs(NotifyKeyArgs& args, int64_t when,
 
 bool FingerPrintEventState::handlePendingKey(int64_t when, bool /*force*/, Vector<void*>& keys) {
     if (!keyIsPending()) return false;
+    const DecisionRecorder recorder(kFrontFP, mPendingKey.mapper, when);
+    Decision decision(recorder, mPendingKey.keyCode);
     const auto age = static_cast<int64_t>(static_cast<uint64_t>(when) - static_cast<uint64_t>(mPendingKey.when));
-    if (age < kShortestHoldNs) {
+    const MeasurementCause down{"key", mPendingKey.keyCode, mPendingKey.when, 0};
+    if (!decision.atLeast(kKeyHeldFor, age, kShortestHoldNs, down)) {
         LOGI("handlePendingKey, pending key's down after now!");
+        decision.record(DecisionRecord::Outcome::HeldBack, "too-soon-to-send"_rule, true);
         return false;
     }
     LOGI("handlePendingKey, force re-dispatch keyCode=%d", mPendingKey.keyCode);
 
-    KeyRecord down = allocKeyRecord();
-    if (down == nullptr) {
+    KeyRecord keyDown = allocKeyRecord();
+    if (keyDown == nullptr) {
         LOGE("handlePendingKey, allocNotifyKeyArgs for key-down failed");
         return false;
     }
-    if (!InitNotifyKeyArgs(*down, when, NotifyKeyArgs::kActionDown)) {
+    if (!InitNotifyKeyArgs(*keyDown, when, NotifyKeyArgs::kActionDown)) {
         LOGE("InitNotifyKeyArgs for key-down failed");
         return false;
     }
-    KeyRecord up = allocKeyRecord();
-    if (up == nullptr) {
+    KeyRecord keyUp = allocKeyRecord();
+    if (keyUp == nullptr) {
         LOGE("handlePendingKey, allocNotifyKeyArgs for key-up failed");
         return false;
     }
-    if (!InitNotifyKeyArgs(*up, when, NotifyKeyArgs::kActionUp)) {
+    if (!InitNotifyKeyArgs(*keyUp, when, NotifyKeyArgs::kActionUp)) {
         LOGE("InitNotifyKeyArgs for key-up failed");
         return false;
     }
 
     LOGI("handlePendingKey, re-dispatch the pending keycode=%d down and up", mPendingKey.keyCode);
-    keys.add(down.release());
-    keys.add(up.release());
+    decision.record(DecisionRecord::Outcome::SentAgain, "finger-no-gesture"_rule, true);
+    keys.add(keyDown.release());
+    keys.add(keyUp.release());
     clearPendingKey();
     return true;
+}
+
+void FingerPrintEventState::dropPendingKey(int64_t when, Rule why) {
+    if (keyIsPending()) {
+        const DecisionRecorder recorder(kFrontFP, mPendingKey.mapper, when);
+        Decision(recorder, mPendingKey.keyCode).record(DecisionRecord::Outcome::Dropped, why);
+    }
+    clearPendingKey();
 }
 
 void FingerPrintEventState::updateFPKeyEvent(int64_t when, int32_t keyCode) {

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "aft/host/Decision.h"
 #include "aft/host/InputMapper.h"
 #include "aft/host/NotifyKeyArgs.h"
 
@@ -35,14 +36,15 @@ struct FingerPrintEventState {
 
     /// Whether this event key-down is held back; it is then the pending key and the caller consumes it. Only 513, 514
     /// and 601 can be, within 120 ms of the touch-down that the sequence `touchSeq` recorded, one at a time.
+    /// @param measured gains what was compared
     bool delayDispatchKey(uint32_t touchSeq, InputMapper* mapper, int64_t when, int32_t keyCode, int32_t scanCode,
-                          int32_t metaState, uint32_t policyFlags);
+                          int32_t metaState, uint32_t policyFlags, Measurements& measured = Measurements::unheard());
 
     /// Fills the record's own fields from the pending key, with `when` (ns) as its time. False: no mapper.
     bool InitNotifyKeyArgs(NotifyKeyArgs& args, int64_t when, int32_t action);
 
     /// Sends the pending key again as a down and up pair at time `when` (ns), if one has been pending for at least 1
-    /// ms.
+    /// ms. Records what becomes of it.
     /// @param force always true: there is no milder way, and what asks for one is the caller's
     /// @param keys gains both records, which are then the host's; nothing on failure, and the key stays pending
     /// @return     true: sent
@@ -50,6 +52,8 @@ struct FingerPrintEventState {
 
     /// Forgets the pending key, and the touch sequence that might hold one.
     void clearPendingKey() { mPendingKey = {}; }
+    /// The same, and records that a key was dropped, and why.
+    void dropPendingKey(int64_t when, Rule why);
 
     void updateFPKeyEvent(int64_t when, int32_t keyCode);
     int32_t getLastKeyCode() const { return mLastKeyCode; }

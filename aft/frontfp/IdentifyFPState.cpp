@@ -1,6 +1,7 @@
 #include "aft/frontfp/IdentifyFPState.h"
 
 #include "aft/frontfp/EventTime.h"
+#include "aft/frontfp/FingerprintKeys.h"
 #include "aft/frontfp/FrontFPLog.h"
 
 namespace android {
@@ -15,11 +16,15 @@ constexpr int32_t kStartedByTouchMs = 300;
 
 }  // namespace
 
-bool IdentifyFPState::identifyingRecently(uint32_t touchSeq, int64_t when) {
+bool IdentifyFPState::identifyingRecently(uint32_t touchSeq, int64_t when, Measurements& measured) {
     if (touchSeq == 0 || mState == kIdle) return false;
     const int64_t elapsed = toMs(when) - mStateTime;
     const auto elapsedMs = static_cast<long long>(elapsed);
-    const bool inTime = elapsed < kTimeoutMs;
+    const int32_t key = mState == kIdentified ? FingerprintKeys::kIdentifyEnd : FingerprintKeys::kIdentifyStart;
+    const bool ofThisTouch = mTouchSeq == touchSeq || (mState == kIdentifying && mTouchSeq == 0);
+    const bool inTime =
+        (ofThisTouch ? measured : Measurements::unheard())
+            .below({.name = "since identification", .unit = "ms"}, elapsed, kTimeoutMs, keyAt(key, mStateTime));
 
     if (mState == kIdentified) {
         if (inTime && mTouchSeq == touchSeq) return true;
@@ -47,11 +52,12 @@ bool IdentifyFPState::identifyingRecently(uint32_t touchSeq, int64_t when) {
     return ours && inTime;
 }
 
-bool IdentifyFPState::touchBeforeIdentify(int64_t /*when*/) {
+bool IdentifyFPState::touchBeforeIdentify(int64_t /*when*/, Measurements& measured) {
     if (mState != kIdentifying || mTouchDownTime < 1 || mTouchDownTime >= mStateTime) return false;
     const auto elapsed = static_cast<int32_t>(mStateTime - mTouchDownTime);
     LOGD("identify finger %dms after finger touched down", elapsed);
-    return 1 <= elapsed && elapsed <= kStartedByTouchMs;
+    return measured.within({.name = "from touch to identification", .unit = "ms"}, elapsed, 1, kStartedByTouchMs,
+                           {"landing", 0, mTouchDownTime * 1'000'000, mStateTime * 1'000'000});
 }
 
 void IdentifyFPState::forget() {

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "aft/host/Decision.h"
+
 namespace android {
 
 /// Whether the fingerprint sensor is identifying a finger or has just done so, since when, and which touch sequence
@@ -20,11 +22,13 @@ struct IdentifyFPState {
     /// Whether the touch sequence `touchSeq` belongs to an identification that is still fresh. Asking ties the first
     /// sequence after the start to it, and forgets a stale one, and an ended one that belongs to another. Logs. `when`
     /// in ns.
-    bool identifyingRecently(uint32_t touchSeq, int64_t when);
+    /// @param measured gains what was compared, where the identification belongs to this sequence
+    bool identifyingRecently(uint32_t touchSeq, int64_t when, Measurements& measured = Measurements::unheard());
 
     /// Whether the identification started 1 to 300 ms after the touch came down: the touch is the finger on the sensor.
     /// Logs. `when` is not needed.
-    bool touchBeforeIdentify(int64_t when);
+    /// @param measured gains what was compared
+    bool touchBeforeIdentify(int64_t when, Measurements& measured = Measurements::unheard());
 
   private:
     void forget();

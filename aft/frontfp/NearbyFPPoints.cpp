@@ -104,12 +104,16 @@ bool NearbyFPPoints::touchRecently(int64_t when) {
     return !mNearbyIdBits.isEmpty();
 }
 
-bool NearbyFPPoints::swipeOverEdge() const {
+bool NearbyFPPoints::swipeOverEdge(Measurements& measured) const {
+    const uint32_t before = measured.count();
     for (uint32_t id : mNearbyIdBits) {
         if (mWideRangeIdBits.hasBit(id)) continue;
+        measured.forgetSince(before);
         const uint32_t xRange = mPointRange[id].xRange();
         const uint32_t yRange = mPointRange[id].yRange();
-        if (xRange >= kSwipeMinXRange && yRange < kSwipeYRangeLimit) {
+        const bool isWide = measured.atLeast({.name = "slid along x"}, xRange, kSwipeMinXRange);
+        const bool isFlat = measured.below({.name = "slid along y"}, yRange, kSwipeYRangeLimit);
+        if (isWide && isFlat) {
             LOGI("a nearby FP finger may swipe along the X axis(xRange:%d,yRange:%d)", xRange, yRange);
             return true;
         }

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 
+#include "aft/host/Decision.h"
 #include "aft/host/RawPointerData.h"
 
 namespace android {
@@ -63,7 +64,8 @@ struct NearbyFPPoints {
 
     /// Whether a marked finger has slid sideways over the sensor: more than 100 along x, less than 80 along y.
     /// Wide-range points do not count. Logs when so.
-    bool swipeOverEdge() const;
+    /// @param measured gains how far that finger has slid, or the last one that was looked at
+    bool swipeOverEdge(Measurements& measured = Measurements::unheard()) const;
 };
 
 }  // namespace android

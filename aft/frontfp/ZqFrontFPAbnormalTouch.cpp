@@ -5,12 +5,15 @@
 #include <utility>
 
 #include "aft/frontfp/FrontFPLog.h"
+#include "aft/frontfp/FrontFPProperties.h"
 #include "aft/frontfp/ZqFrontFPAftProcessor.h"
 #include "aft/host/Contacts.h"
 
 namespace android {
 
 namespace {
+
+using Outcome = DecisionRecord::Outcome;
 
 /// Over the keyguard, the one window in which an accidental touch costs less than a lost one.
 constexpr std::string_view kSecureCamera = "com.zorvia.camera/com.zorvia.camera.controller.SecureCameraActivity";
@@ -40,11 +43,24 @@ void ZqFrontFPAftProcessor::processRawTouchesForAbt(InputMapper* mapper, int64_t
         return;
     }
     if (mapper == nullptr) return;
+    const DecisionRecorder recorder(kAbnormalTouch, mapper, when);
+    if (recorder.listening()) {
+        cancelIfFlagged<Decision>(*mapper, recorder, when, data, idBits);
+    } else {
+        cancelIfFlagged<UnrecordedDecision>(*mapper, recorder, when, data, idBits);
+    }
+}
+
+template <typename PointerDecision>
+void ZqFrontFPAftProcessor::cancelIfFlagged(InputMapper& mapper, const DecisionRecorder& recorder, int64_t when,
+                                            const RawPointerData& data, BitSet32 idBits) {
     for (auto [id, p] : contacts(data, idBits)) {
-        if (!cancelsGesture(p)) continue;
+        PointerDecision decision(recorder, id, p);
+        if (!cancelsGesture(p, decision)) continue;
         LOGI("Cancel abnormal touch seq for pointerCount=%d, point(%d, %d), id=%d, extraData=0x%08x", data.pointerCount,
              p.x, p.y, id, p.extraData);
-        mapper->cancelTouch(when);
+        decision.record(Outcome::Cancelled, "abnormal-touch"_rule, true);
+        mapper.cancelTouch(when);
         mTouchCanceled = true;
         return;
     }
@@ -58,28 +74,37 @@ bool ZqFrontFPAftProcessor::touchStylusDirty(const RawPointerData::Pointer& p) c
     return (p.extraData & RawPointerData::Pointer::kStylusDirty) != 0;
 }
 
-bool ZqFrontFPAftProcessor::cancelsGesture(const RawPointerData::Pointer& p) {
-    if (!touchAbnormal(p)) return touchStylusDirty(p);
-    if (mFilterAllWindow) return true;
-    const bool costly = isFilteredWindowForeground();  // asked, and logged, for every abnormal pointer
-    return costly || touchStylusDirty(p);
+/// Records why not, where that is so.
+bool ZqFrontFPAftProcessor::cancelsGesture(const RawPointerData::Pointer& p, auto& decision) {
+    const bool isAbnormal = decision.flag({.name = "flagged as abnormal"}, touchAbnormal(p));
+    const bool isDirty = decision.flag({.name = "flagged as stylus dirty"}, touchStylusDirty(p));
+    if (!isAbnormal) {
+        if (!isDirty) decision.record(Outcome::OutOfScope, "not-flagged"_rule);
+        return isDirty;
+    }
+    if (decision.flag({.name = "cancels in every window", .setting = kFoldDisplayProperty}, mFilterAllWindow)) {
+        return true;
+    }
+    const bool isCostly = isFilteredWindowForeground(decision);  // asked, and logged, for every abnormal pointer
+    if (!isCostly && !isDirty) decision.record(Outcome::Passed, "abnormal-allowed"_rule);
+    return isCostly || isDirty;
 }
 
-bool ZqFrontFPAftProcessor::isFilteredWindowForeground() {
+bool ZqFrontFPAftProcessor::isFilteredWindowForeground(auto& decision) {
     Mutex::Autolock lock(mLock);
     if (mFocusedWindow == nullptr) return false;
     const std::string& name = mFocusedWindow->getName();
-    if (mKeyguardShowing) {
-        if (contains(name, kSecureCamera)) return false;
+    if (decision.flag({.name = "keyguard in front"}, mKeyguardShowing)) {
+        if (decision.flag({.name = "secure camera in front"}, contains(name, kSecureCamera))) return false;
         LOGD("filtered as keyguard showing");
         return true;
     }
     for (std::string_view activity : kCallActivities) {
         if (!contains(name, activity)) continue;
         LOGD("filtered as foreground window(%s)", name.c_str());
-        return true;
+        return decision.flag({.name = "call window in front"}, true);
     }
-    return false;
+    return decision.flag({.name = "call window in front"}, false);
 }
 
 }  // namespace android

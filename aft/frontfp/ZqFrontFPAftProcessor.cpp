@@ -8,15 +8,12 @@
 
 #include "aft/frontfp/FingerprintKeys.h"
 #include "aft/frontfp/FrontFPLog.h"
+#include "aft/frontfp/FrontFPProperties.h"
 #include "aft/host/PluginApi.h"
 
 namespace android {
 
 namespace {
-
-constexpr char kFilterAreaProperty[] = "ro.zqaft.tpfp.filter_area";
-constexpr char kDisableAbtProperty[] = "persist.zqaft.disable_abt";
-constexpr char kFoldDisplayProperty[] = "ro.config.zq_fold_disp";
 
 const char* trueOrFalse(bool value) { return value ? "true" : "false"; }
 
@@ -28,7 +25,11 @@ AftAreaConfig ZqFrontFPAftProcessor::sAftConfig;
 
 void ZqFrontFPAftProcessor::parseConfig(const char* value) {
     sAftConfig.enabled = sAftConfig.scan(value);
-    if (!sAftConfig.enabled) LOGE("invalid config value:%s", value);
+    if (!sAftConfig.enabled) {
+        LOGE("invalid config value:%s", value);
+        const DecisionRecorder recorder(kFrontFP);
+        Decision(recorder).record(DecisionRecord::Outcome::Noted, "area-off"_rule, true);
+    }
     sAftConfig.initialized = true;
 }
 
@@ -39,6 +40,9 @@ void ZqFrontFPAftProcessor::intializeConfig() {
     property_get(kDisableAbtProperty, value, "0");
     sAftConfig.enabledAbt = static_cast<int>(std::strtol(value, nullptr, 10)) == 0;
     LOGI("enabledAbt:%s", trueOrFalse(sAftConfig.enabledAbt));
+    if (sAftConfig.enabledAbt) return;
+    const DecisionRecorder recorder(kAbnormalTouch);
+    Decision(recorder).record(DecisionRecord::Outcome::Noted, "abnormal-touch-off"_rule, true);
 }
 
 bool ZqFrontFPAftProcessor::enabled() {
@@ -67,6 +71,12 @@ ZqFrontFPAftProcessor::ZqFrontFPAftProcessor() : mLastRawPointerData(new (std::n
     property_get(kFoldDisplayProperty, value, "");
     mFilterAllWindow = value[0] != '\0';
     LOGI("version: %s, filterAllWindow: %s", aft_version, trueOrFalse(mFilterAllWindow));
+}
+
+void ZqFrontFPAftProcessor::recordOff(InputMapper* mapper, int64_t when, const RawPointerData& data, BitSet32 idBits) {
+    const DecisionRecorder recorder(kFrontFP, mapper, when);
+    if (!recorder.listening()) return;
+    recordEach(recorder, data, idBits, DecisionRecord::Outcome::OutOfScope, "filter-off"_rule);
 }
 
 ZqFrontFPAftProcessor::~ZqFrontFPAftProcessor() { LOGI("destructor release resources"); }

@@ -8,6 +8,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <regex>
 #include <string>
 #include <vector>
@@ -17,6 +18,7 @@
 #include "aft/frontfp/IdentifyFPState.h"
 #include "aft/frontfp/NearbyFPPoints.h"
 #include "aft/host/AftArea.h"
+#include "aft/host/Decision.h"
 #include "aft/host/InputMapper.h"
 #include "aft/host/InputWindowHandle.h"
 #include "aft/host/RawPointerData.h"
@@ -75,6 +77,13 @@ class ZqFrontFPAftProcessor : public virtual RefBase {
     /// Whether `keyCode` is one of the sensor's notifications, 516 to 519.
     static bool internalKey(int32_t keyCode);
 
+    // Of a phone without a filter area.
+
+    /// @return 1: consume the key, a notification of the sensor; 0: dispatch it
+    static int keyWhileOff(InputMapper* mapper, int64_t when, int32_t keyCode);
+    /// Records that the pointers pass.
+    static void recordOff(InputMapper* mapper, int64_t when, const RawPointerData& data, BitSet32 idBits);
+
   protected:
     /// What a frame or a key has to know of the surface and of what is shown on it, copied out in one piece.
     struct Surface {
@@ -86,7 +95,11 @@ class ZqFrontFPAftProcessor : public virtual RefBase {
 
     /// What holds for a whole frame.
     struct FrameConditions {
-        int64_t when;  ///< ns
+        FrameConditions(const DecisionRecorder& of, int64_t at) : recorder(of), when(at), measured(of.listening()) {}
+
+        const DecisionRecorder& recorder;
+        int64_t when;           ///< ns
+        Measurements measured;  ///< what was compared for the doubts below
         bool identifying;
         bool preferNavigationBar;
         bool fpRecently;
@@ -94,8 +107,18 @@ class ZqFrontFPAftProcessor : public virtual RefBase {
         Surface surface;
     };
 
-    /// What becomes of one pointer.
-    enum class Verdict { Outside, NavigationBar, WideRange, StillRestrained, Restrain, LetThrough };
+    /// What is done with one pointer, and the rule that says so.
+    enum class Action : uint8_t { Outside, NavigationBar, WideRange, StillRestrained, Restrain, LetThrough };
+    struct Verdict {
+        Action action;
+        Rule rule;
+    };
+
+    /// What becomes of a key-down that is not held back, and the rule that says so.
+    struct KeyVerdict {
+        bool consumes;
+        Rule rule;
+    };
 
     /// A pointer as it was when it was first held back.
     struct RestrainedPoint {
@@ -110,34 +133,41 @@ class ZqFrontFPAftProcessor : public virtual RefBase {
     static void intializeConfig();
 
     // Keys.
-    int fingerprintEventUp(int32_t keyCode);
+    static int dispatched(Decision& decision, Rule rule, bool logged = false);
+    static int consumed(Decision& decision, Rule rule, bool logged = false);
+    int fingerprintEventUp(int32_t keyCode, Decision& decision);
     int fingerprintEventDown(InputMapper* mapper, int64_t when, int32_t keyCode, int32_t scanCode, int32_t metaState,
-                             uint32_t policyFlags);
-    void fingerDownOnSensor(int64_t when);
-    void identifyStarted(int64_t when);
+                             uint32_t policyFlags, Decision& decision);
+    int notification(int32_t keyCode, bool down, int64_t when, Decision& decision);
+    Rule fingerDownOnSensor(int64_t when, Measurements& measured);
+    bool identifyStarted(int64_t when);
     void identifyFinished(int64_t when);
-    void enrollStarted(int64_t when);
-    bool filterFingerPrint(int32_t keyCode, int64_t when);
-    bool touchingCentralArea();
-    bool fingerPrintDownRecently(int64_t when) const;
-    bool enrollFingerPrintRecently(int64_t when) const;
-    bool swipeOnFPRecently(int64_t when) const;
+    bool enrollStarted(int64_t when);
+    KeyVerdict filterFingerPrint(int32_t keyCode, int64_t when, Measurements& measured);
+    bool touchingCentralArea(Measurements& measured);
+    bool fingerPrintDownRecently(int64_t when, Measurements& measured) const;
+    bool enrollFingerPrintRecently(int64_t when, Measurements& measured) const;
+    bool swipeOnFPRecently(int64_t when, Measurements& measured) const;
 
     // Frames.
-    bool touchingEnd(const RawPointerData& data);
+    bool touchingEnd(const RawPointerData& data, int64_t when);
     bool allFar(const RawPointerData& data, BitSet32 idBits, const FrameConditions& now);
-    FrameConditions gatherConditions(int64_t when);
+    FrameConditions gatherConditions(const DecisionRecorder& recorder, int64_t when);
     bool preferTouchNavigationBar(const Surface& surface, int64_t when);
     bool touchOnEdge(const RawPointerData::Pointer& p) const;
     void secondFingerDown(int64_t when, Vector<void*>& keys);
-    bool causedBySensor(int64_t when);
+    bool causedBySensor(const DecisionRecorder& recorder, int64_t when);
     void onlyFingerLandedInside(int64_t when);
     bool edgeCounts(const RawPointerData::Pointer& p, const FrameConditions& now) const;
-    bool restrainCause(const RawPointerData::Pointer& p, const FrameConditions& now) const;
-    Verdict judge(uint32_t id, const RawPointerData::Pointer& p, const FrameConditions& now) const;
-    bool apply(Verdict verdict, uint32_t id, RawPointerData::Pointer& p, const FrameConditions& now);
+    // The decision is a Decision, or an UnrecordedDecision where nobody listens.
+    template <typename PointerDecision>
+    BitSet32 judgeAll(RawPointerData& data, BitSet32 idBits, bool firstSingle, const FrameConditions& now);
+    std::optional<Rule> restrainCause(const RawPointerData::Pointer& p, const FrameConditions& now,
+                                      auto& decision) const;
+    Verdict judge(uint32_t id, const RawPointerData::Pointer& p, const FrameConditions& now, auto& decision) const;
+    bool apply(Verdict verdict, uint32_t id, RawPointerData::Pointer& p, const FrameConditions& now, auto& decision);
     bool reportFirst(uint32_t id);
-    bool compensatePointIfNeed(RawPointerData::Pointer& p, int64_t when, bool force);
+    bool compensatePointIfNeed(RawPointerData::Pointer& p, int64_t when, bool force, auto& decision);
 
     // Windows and surface.
     static bool isNavigationBar(const InputWindowHandle& window);
@@ -148,8 +178,11 @@ class ZqFrontFPAftProcessor : public virtual RefBase {
     // Abnormal touches.
     bool touchAbnormal(const RawPointerData::Pointer& p) const;
     bool touchStylusDirty(const RawPointerData::Pointer& p) const;
-    bool isFilteredWindowForeground();
-    bool cancelsGesture(const RawPointerData::Pointer& p);
+    template <typename PointerDecision>
+    void cancelIfFlagged(InputMapper& mapper, const DecisionRecorder& recorder, int64_t when,
+                         const RawPointerData& data, BitSet32 idBits);
+    bool isFilteredWindowForeground(auto& decision);
+    bool cancelsGesture(const RawPointerData::Pointer& p, auto& decision);
 
     static Mutex sFrontFPLock;  ///< guards sInstance and sAftConfig; held for short steps alone
     static sp<ZqFrontFPAftProcessor> sInstance;
@@ -159,6 +192,7 @@ class ZqFrontFPAftProcessor : public virtual RefBase {
     Mutex mLock;  ///< guards the members marked (L)
     int64_t mFingerDownTime = 0;
     int64_t mFPEventTime = 0;
+    int32_t mFPEventKeyCode = 0;  ///< of the key that set mFPEventTime, for records
     int64_t mEnrollTime = 0;
     int32_t mSurfaceWidth = 0;        ///< (L)
     int32_t mSurfaceHeight = 0;       ///< (L)

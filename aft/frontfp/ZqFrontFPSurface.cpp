@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "aft/frontfp/FrontFPLog.h"
+#include "aft/frontfp/FrontFPProperties.h"
 #include "aft/frontfp/ZqFrontFPAftProcessor.h"
 
 namespace android {
@@ -15,6 +16,28 @@ namespace {
 constexpr int32_t kCentralBorder = 100;
 
 bool isLandscape(int32_t orientation) { return orientation == 1 || orientation == 3; }
+
+void recordAreas(const AftArea& filter, const AftArea& central, int32_t orientation) {
+    const DecisionRecorder recorder(kFrontFP);
+    if (!recorder.listening()) return;
+    Decision decision(recorder);
+    decision.fact({.name = "area left", .setting = kFilterAreaProperty}, filter.left);
+    decision.fact({.name = "area top", .setting = kFilterAreaProperty}, filter.top);
+    decision.fact({.name = "area right", .setting = kFilterAreaProperty}, filter.right);
+    decision.fact({.name = "area bottom", .setting = kFilterAreaProperty}, filter.bottom);
+    decision.fact({.name = "central left"}, central.left);
+    decision.fact({.name = "central top"}, central.top);
+    decision.fact({.name = "central right"}, central.right);
+    decision.fact({.name = "central bottom"}, central.bottom);
+    decision.fact({.name = "orientation"}, orientation);
+    decision.record(DecisionRecord::Outcome::Noted, "area-placed"_rule);
+}
+
+void recordNavigationBar(bool isPreferred) {
+    const DecisionRecorder recorder(kFrontFP);
+    const Rule rule = isPreferred ? "navigation-bar-preferred"_rule : "navigation-bar-not-preferred"_rule;
+    Decision(recorder).record(DecisionRecord::Outcome::Noted, rule, true);
+}
 
 constexpr std::string_view kHexDigits = "0123456789abcdef";
 constexpr std::string_view kHexLetters = "abcdef";
@@ -41,6 +64,8 @@ void ZqFrontFPAftProcessor::configureSurface(int width, int height, int orientat
         Mutex::Autolock lock(sFrontFPLock);
         if (!sAftConfig.areaOn(width, height, filterArea)) {
             LOGE("the filter area configure exceeds the limits!");
+            const DecisionRecorder recorder(kFrontFP);
+            Decision(recorder).record(DecisionRecord::Outcome::Noted, "area-off"_rule, true);
             sAftConfig.enabled = false;
             return;
         }
@@ -50,6 +75,7 @@ void ZqFrontFPAftProcessor::configureSurface(int width, int height, int orientat
     mLandscape = isLandscape(orientation);
     mFilterArea = filterArea;
     mCentralArea = {kCentralBorder, kCentralBorder, width - kCentralBorder, height - kCentralBorder};
+    recordAreas(mFilterArea, mCentralArea, orientation);
 }
 
 void ZqFrontFPAftProcessor::processInputWindow(const std::vector<sp<InputWindowHandle>>& windows) {
@@ -60,12 +86,16 @@ void ZqFrontFPAftProcessor::processInputWindow(const std::vector<sp<InputWindowH
         const bool preferred = mPreferNavigationBar;
         if (!window->visible) {
             mPreferNavigationBar = false;
-            if (preferred) LOGI("processInputWindow navigationbar invisible, not prefer touch navigationbar");
+            if (preferred) {
+                LOGI("processInputWindow navigationbar invisible, not prefer touch navigationbar");
+                recordNavigationBar(false);
+            }
             continue;
         }
         mPreferNavigationBar = barIsNextToSensor(*window);
         if (mPreferNavigationBar != preferred) {
             LOGI("processInputWindow %sprefer touch navigationbar", mPreferNavigationBar ? "" : "not ");
+            recordNavigationBar(mPreferNavigationBar);
         }
     }
 }

@@ -5,6 +5,7 @@
 
 #include "aft/frontfp/EventTime.h"
 #include "aft/frontfp/FrontFPLog.h"
+#include "aft/frontfp/FrontFPProperties.h"
 #include "aft/frontfp/ZqFrontFPAftProcessor.h"
 #include "aft/host/Contacts.h"
 #include "aft/host/PluginApi.h"
@@ -13,14 +14,19 @@ namespace android {
 
 namespace {
 
+using Outcome = DecisionRecord::Outcome;
+
 /// A finger held back for longer is resting on the sensor: it does not come back.
-constexpr uint64_t kCompensateMs = 1000;
+constexpr int64_t kCompensateMs = 1000;
 
 /// A gesture starts upward; a finger that has gone further sideways is another movement, and must not jump back.
 constexpr int64_t kCompensateSidewaysLimit = 200;
 
 /// Less upward movement than this is the wobble of a finger on the sensor. Raw panel units, as the sideways limit.
 constexpr int64_t kCompensateUpwardMin = 40;
+
+constexpr Quantity kAreaX{.name = "x in the area", .setting = kFilterAreaProperty};
+constexpr Quantity kAreaY{.name = "y in the area", .setting = kFilterAreaProperty};
 
 }  // namespace
 
@@ -29,42 +35,57 @@ void ZqFrontFPAftProcessor::processRawTouches(InputMapper* mapper, int64_t when,
     if (mLastRawPointerData != nullptr) copyRawPointerData(&data, mLastRawPointerData.get());
 
     const bool wasTouching = mTouching;
-    if (touchingEnd(data)) {
+    if (touchingEnd(data, when)) {
         mFPEventState.handlePendingKey(when, true, keys);
         return;
     }
 
-    const FrameConditions now = gatherConditions(when);
+    const DecisionRecorder recorder(kFrontFP, mapper, when);
+    const FrameConditions now = gatherConditions(recorder, when);
     mRestrainedIdBits &= idBits;
     mWideRangeIdBits &= idBits;
 
     if (wasTouching) {
         if (idBits.count() >= 2) secondFingerDown(when, keys);
-        if (mapper != nullptr && !mTouchCanceled && causedBySensor(when)) {
+        if (mapper != nullptr && !mTouchCanceled && causedBySensor(recorder, when)) {
             mapper->cancelTouch(when);
             mTouchCanceled = true;
+            if (recorder.listening()) {
+                recordEach(recorder, data, idBits, Outcome::Removed, "gesture-cancelled"_rule);
+            }
             filterAndCompactPointers(&data, &idBits, &idBits);
             return;
         }
     }
 
-    if (allFar(data, idBits, now)) return;
+    if (!recorder.listening() && allFar(data, idBits, now)) return;
 
     const bool firstSingle = !wasTouching && idBits.count() == 1;
-    BitSet32 removeBits{};
-    for (auto [id, p] : contacts(data, idBits)) {
-        const Verdict verdict = judge(id, p, now);
-        if (verdict != Verdict::Outside) {
-            mNearbyPoints.updatePointRange(p);
-            if (firstSingle) onlyFingerLandedInside(when);
-        }
-        if (!apply(verdict, id, p, now)) removeBits.markBit(id);
-    }
+    const BitSet32 removeBits = recorder.listening() ? judgeAll<Decision>(data, idBits, firstSingle, now)
+                                                     : judgeAll<UnrecordedDecision>(data, idBits, firstSingle, now);
     if (!removeBits.isEmpty()) filterAndCompactPointers(&data, &idBits, &removeBits);
 }
 
+/// Gives each finger its verdict, and carries it out. @return the ids that leave the frame
+template <typename PointerDecision>
+BitSet32 ZqFrontFPAftProcessor::judgeAll(RawPointerData& data, BitSet32 idBits, bool firstSingle,
+                                         const FrameConditions& now) {
+    BitSet32 removeBits{};
+    for (auto [id, p] : contacts(data, idBits)) {
+        PointerDecision decision(now.recorder, id, p);
+        const Verdict verdict = judge(id, p, now, decision);
+        if (verdict.action != Action::Outside) {
+            mNearbyPoints.updatePointRange(p);
+            if (firstSingle) onlyFingerLandedInside(now.when);
+        }
+        if (!apply(verdict, id, p, now, decision)) removeBits.markBit(id);
+    }
+    return removeBits;
+}
+
 /// True, with all done that is to be done, where no finger is inside the filter area and none has been reported there
-/// (whoever is held back has been): most of what a phone is used for. One look at each finger is enough for it.
+/// (whoever is held back has been): most of what a phone is used for. One look at each finger is enough for it. The
+/// long way does the same, and records it.
 bool ZqFrontFPAftProcessor::allFar(const RawPointerData& data, BitSet32 idBits, const FrameConditions& now) {
     BitSet32 far{};
     for (auto [id, p] : contacts(data, idBits)) {
@@ -76,14 +97,14 @@ bool ZqFrontFPAftProcessor::allFar(const RawPointerData& data, BitSet32 idBits, 
     return true;
 }
 
-bool ZqFrontFPAftProcessor::touchingEnd(const RawPointerData& data) {
+bool ZqFrontFPAftProcessor::touchingEnd(const RawPointerData& data, int64_t when) {
     if (!data.touchingIdBits.isEmpty()) {
         if (!mTouching) {
             mTouching = true;
             mNearbyPoints.setTouchState(true, mTouchSeq);
             mTouchSeqDesc.clear();
             mTouchSeqDesc.appendFormat("During TouchSeq#%d", mTouchSeq);
-            mFPEventState.clearPendingKey();
+            mFPEventState.dropPendingKey(when, "new-touch"_rule);
         }
         return false;
     }
@@ -102,14 +123,17 @@ bool ZqFrontFPAftProcessor::touchingEnd(const RawPointerData& data) {
     return true;
 }
 
-ZqFrontFPAftProcessor::FrameConditions ZqFrontFPAftProcessor::gatherConditions(int64_t when) {
-    FrameConditions now{};  // filled in this order: the first two questions log, and change the identification state
-    now.when = when;
+ZqFrontFPAftProcessor::FrameConditions ZqFrontFPAftProcessor::gatherConditions(const DecisionRecorder& recorder,
+                                                                               int64_t when) {
+    FrameConditions now(recorder, when);
     now.surface = surface();
-    now.identifying = mIdentifyState.identifyingRecently(mTouchSeq, when);
+    // In this order: the first two questions log, and change the identification state.
+    now.identifying = mIdentifyState.identifyingRecently(mTouchSeq, when, now.measured);
     now.preferNavigationBar = preferTouchNavigationBar(now.surface, when);
-    now.fpRecently = fingerPrintDownRecently(when);
-    now.enrolling = enrollFingerPrintRecently(when);
+    // In landscape this is logged, and decides nothing.
+    Measurements& ofSensor = now.surface.landscape ? Measurements::unheard() : now.measured;
+    now.fpRecently = fingerPrintDownRecently(when, ofSensor);
+    now.enrolling = enrollFingerPrintRecently(when, now.measured);
     return now;
 }
 
@@ -129,13 +153,17 @@ void ZqFrontFPAftProcessor::secondFingerDown(int64_t when, Vector<void*>& keys) 
     mFPEventState.mPendingKey.touchSeq = mTouchSeq;
 }
 
-bool ZqFrontFPAftProcessor::causedBySensor(int64_t when) {
-    if (mIdentifyState.touchBeforeIdentify(when)) {
+bool ZqFrontFPAftProcessor::causedBySensor(const DecisionRecorder& recorder, int64_t when) {
+    Decision identified(recorder);
+    if (mIdentifyState.touchBeforeIdentify(when, identified)) {
         LOGI("this touch may caused by identify finger, cancel it");
+        identified.record(Outcome::Cancelled, "touch-before-identification"_rule, true);
         return true;
     }
-    if (swipeOnFPRecently(when)) {
+    Decision slid(recorder);
+    if (swipeOnFPRecently(when, slid)) {
         LOGI("this touch may caused by swipe on FP sensor, cancel it");
+        slid.record(Outcome::Cancelled, "slide-over-sensor"_rule, true);
         return true;
     }
     return false;
@@ -153,71 +181,101 @@ bool ZqFrontFPAftProcessor::edgeCounts(const RawPointerData::Pointer& p, const F
 }
 
 /// In landscape the edge bit takes the place of the sensor's recent finger.
-bool ZqFrontFPAftProcessor::restrainCause(const RawPointerData::Pointer& p, const FrameConditions& now) const {
-    return now.enrolling || now.identifying || (now.surface.landscape ? edgeCounts(p, now) : now.fpRecently);
+std::optional<Rule> ZqFrontFPAftProcessor::restrainCause(const RawPointerData::Pointer& p, const FrameConditions& now,
+                                                         auto& decision) const {
+    decision.add(now.measured);
+    const bool onEdge = now.surface.landscape && decision.flag({.name = "on the edge in landscape"}, touchOnEdge(p));
+    if (now.enrolling) return "enrolment"_rule;
+    if (now.identifying) return "identification"_rule;
+    if (onEdge) return "edge-in-landscape"_rule;
+    if (!now.surface.landscape && now.fpRecently) return "finger-on-sensor"_rule;
+    return std::nullopt;
 }
 
+/// A finger that has been seen outside the filter area is never held back in its sequence.
 ZqFrontFPAftProcessor::Verdict ZqFrontFPAftProcessor::judge(uint32_t id, const RawPointerData::Pointer& p,
-                                                            const FrameConditions& now) const {
-    if (!now.surface.filterArea.contains(p.x, p.y)) return Verdict::Outside;
-    if (now.preferNavigationBar && !now.enrolling && !edgeCounts(p, now)) return Verdict::NavigationBar;
-    if (mWideRangeIdBits.hasBit(id)) return Verdict::WideRange;  // seen outside: never held back in this sequence
-    if (mRestrainedIdBits.hasBit(id)) return Verdict::StillRestrained;
-    if (restrainCause(p, now)) return Verdict::Restrain;
-    return Verdict::LetThrough;
+                                                            const FrameConditions& now, auto& decision) const {
+    if (!decision.inside(kAreaX, kAreaY, now.surface.filterArea, p.x, p.y)) {
+        return {Action::Outside, "outside-area"_rule};
+    }
+    if (now.preferNavigationBar && !now.enrolling && !edgeCounts(p, now)) {
+        return {Action::NavigationBar, "navigation-bar"_rule};
+    }
+    if (mWideRangeIdBits.hasBit(id)) return {Action::WideRange, "wide-range"_rule};
+    if (mRestrainedIdBits.hasBit(id)) return {Action::StillRestrained, "no-gesture"_rule};
+    if (const auto cause = restrainCause(p, now, decision)) return {Action::Restrain, *cause};
+    return {Action::LetThrough, "no-doubt"_rule};
 }
 
 /// Carries a verdict out. True: the pointer stays in the frame.
-bool ZqFrontFPAftProcessor::apply(Verdict verdict, uint32_t id, RawPointerData::Pointer& p,
-                                  const FrameConditions& now) {
-    switch (verdict) {
-        case Verdict::Outside:
+bool ZqFrontFPAftProcessor::apply(Verdict verdict, uint32_t id, RawPointerData::Pointer& p, const FrameConditions& now,
+                                  auto& decision) {
+    switch (verdict.action) {
+        case Action::Outside:
             if (mReportedIdBits.hasBit(id)) {
                 LOGD("TouchSeq#%d, touch point(id=%d, x=%d, y=%d) move out the filter area", mTouchSeq, id, p.x, p.y);
                 mReportedIdBits.clearBit(id);
             }
             mWideRangeIdBits.markBit(id);
-            if (mRestrainedIdBits.hasBit(id)) {
-                compensatePointIfNeed(p, now.when, true);
+            if (!mRestrainedIdBits.hasBit(id)) {
+                decision.record(Outcome::OutOfScope, verdict.rule);
+            } else {
+                if (!compensatePointIfNeed(p, now.when, true, decision)) {
+                    decision.record(Outcome::Passed, "left-area-late"_rule);
+                }
                 mRestrainedIdBits.clearBit(id);
             }
             return true;
 
-        case Verdict::NavigationBar:
-            if (reportFirst(id)) {
+        case Action::NavigationBar: {
+            const bool first = reportFirst(id);
+            if (first) {
                 LOGD("TouchSeq#%d, preferTouchNavigationBar, dispatch nearby FP touch point(id=%d, x=%d, y=%d)",
                      mTouchSeq, id, p.x, p.y);
             }
+            decision.add(now.measured);
+            decision.record(Outcome::Passed, verdict.rule, first);
             mRestrainedIdBits.clearBit(id);
             mNearbyPoints.markPoint(mTouchSeq, p, false, now.when,
                                     "prefer dispatch to navigationbar and point not on edge");
             return true;
+        }
 
-        case Verdict::WideRange:
-            if (reportFirst(id)) {
+        case Action::WideRange: {
+            const bool first = reportFirst(id);
+            if (first) {
                 LOGI("TouchSeq#%d, wide range point:id=%d move into filter area at point(x=%d, y=%d)", mTouchSeq, id,
                      p.x, p.y);
             }
+            decision.record(Outcome::Passed, verdict.rule, first);
             mNearbyPoints.markPoint(mTouchSeq, p, true, now.when, "wide range point");
             return true;
+        }
 
-        case Verdict::StillRestrained:
-            if (!compensatePointIfNeed(p, now.when, false)) return false;
+        case Action::StillRestrained:
+            if (!compensatePointIfNeed(p, now.when, false, decision)) {
+                decision.record(Outcome::Removed, verdict.rule);
+                return false;
+            }
             mRestrainedIdBits.clearBit(id);
             return true;
 
-        case Verdict::Restrain:
-            if (reportFirst(id)) {
+        case Action::Restrain: {
+            const bool first = reportFirst(id);
+            if (first) {
                 LOGI(
                     "TouchSeq#%d, restraint current point(id=%d, x=%d, y=%d), onEdge=%d, enrolling=%d, "
                     "identifying=%d, FPRecently=%d",
                     mTouchSeq, id, p.x, p.y, edgeCounts(p, now), now.enrolling, now.identifying, now.fpRecently);
             }
+            decision.record(Outcome::Removed, verdict.rule, first);
             mRestrainedIdBits.markBit(id);
             mRestrainedPoints[id] = {p.x, p.y, p.axes[0], p.extraData, toMs(now.when)};
             return false;
+        }
 
-        case Verdict::LetThrough:
+        case Action::LetThrough:
+            decision.record(Outcome::Passed, verdict.rule);
             mNearbyPoints.markPoint(mTouchSeq, p, false, now.when, "point should not filter");
             return true;
     }
@@ -233,17 +291,22 @@ bool ZqFrontFPAftProcessor::reportFirst(uint32_t id) {
 
 /// Puts a held-back pointer back to where it landed, if it has proved to be a gesture; `force` when it has left the
 /// filter area, which is proof enough of the upward movement. The caller lifts the restraint.
-bool ZqFrontFPAftProcessor::compensatePointIfNeed(RawPointerData::Pointer& p, int64_t when, bool force) {
+bool ZqFrontFPAftProcessor::compensatePointIfNeed(RawPointerData::Pointer& p, int64_t when, bool force,
+                                                  auto& decision) {
     if (p.id >= RawPointerData::kMaxIds) return false;
     RestrainedPoint& landed = mRestrainedPoints[p.id];
     const int64_t sideways = std::llabs(int64_t{landed.x} - p.x);
     const int64_t upward = int64_t{landed.y} - p.y;
-    if (msSince(toMs(when), landed.timeMs) > kCompensateMs) return false;
-    if (sideways > kCompensateSidewaysLimit) return false;
-    if (upward < kCompensateUpwardMin && !force) return false;
+    const MeasurementCause landing = eventAt("landing", landed.timeMs);
+    const bool isUp = force || decision.atLeast({.name = "moved up"}, upward, kCompensateUpwardMin, landing);
+    const bool isStraight = decision.atMost({.name = "moved sideways"}, sideways, kCompensateSidewaysLimit, landing);
+    const bool isSoon = decision.within({.name = "held back for", .unit = "ms"}, msFrom(landed.timeMs, toMs(when)), 0,
+                                        kCompensateMs, landing);
+    if (!isUp || !isStraight || !isSoon) return false;
 
     LOGI("compensate point(id=%d, x=%d, y=%d) replace point(%d, %d) and mark it nearby the FP", p.id, landed.x,
          landed.y, p.x, p.y);
+    decision.record(Outcome::Restored, force ? "left-area"_rule : "moved-up"_rule, true);
     p.x = landed.x;
     p.y = landed.y;
     p.axes[0] = landed.axis0;
@@ -251,7 +314,7 @@ bool ZqFrontFPAftProcessor::compensatePointIfNeed(RawPointerData::Pointer& p, in
     landed.timeMs = 0;
     mWideRangeIdBits.markBit(p.id);
     mNearbyPoints.markPoint(mTouchSeq, p, true, when, "compensate point");
-    mFPEventState.clearPendingKey();  // it waited to learn what this finger is: no key of its own
+    mFPEventState.dropPendingKey(when, "finger-restored"_rule);  // it waited to learn what this finger is
     return true;
 }
 

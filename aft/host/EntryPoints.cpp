@@ -18,21 +18,23 @@ const char* aft_version = "1.2";
 
 int32_t processKey(InputMapper* mapper, int64_t when, int32_t keyCode, int32_t scanCode, bool down, int32_t metaState,
                    uint32_t policyFlags) noexcept {
-    if (!ZqFrontFPAftProcessor::enabled()) return ZqFrontFPAftProcessor::internalKey(keyCode) ? 1 : 0;
+    if (!ZqFrontFPAftProcessor::enabled()) return ZqFrontFPAftProcessor::keyWhileOff(mapper, when, keyCode);
     return ZqFrontFPAftProcessor::getInstance()->processKey(mapper, when, keyCode, scanCode, down, metaState,
                                                             policyFlags);
 }
 
 void processRawTouches(InputMapper* mapper, int64_t when, RawPointerData& data, BitSet32& idBits,
                        Vector<void*>& keys) noexcept {
-    if (ZqFrontFPAftProcessor::enabled()) {
-        ZqFrontFPAftProcessor::getInstance()->processRawTouches(mapper, when, data, idBits, keys);
-    }
-    if (ZqFrontFPAftProcessor::enabledAbt()) {
-        ZqFrontFPAftProcessor::getInstance()->processRawTouchesForAbt(mapper, when, data, idBits);
+    const bool nearSensor = ZqFrontFPAftProcessor::enabled();
+    const bool abnormal = ZqFrontFPAftProcessor::enabledAbt();
+    if (!nearSensor) ZqFrontFPAftProcessor::recordOff(mapper, when, data, idBits);
+    if (nearSensor || abnormal) {
+        const sp<ZqFrontFPAftProcessor> filter = ZqFrontFPAftProcessor::getInstance();
+        if (nearSensor) filter->processRawTouches(mapper, when, data, idBits, keys);
+        if (abnormal) filter->processRawTouchesForAbt(mapper, when, data, idBits);
     }
     if (ZqSCAftProcessor::enabled()) ZqSCAftProcessor::getInstance()->processRawTouches(mapper, when, data, idBits);
-    ZqNotchAftProcessor::getInstance().processRawTouches(mapper, data, idBits);
+    ZqNotchAftProcessor::getInstance().processRawTouches(mapper, when, data, idBits);
     if (ZqFoldableDeviceAftProcessor::enabled()) {
         ZqFoldableDeviceAftProcessor::getInstance().processRawTouches(mapper, when, data, idBits);
     }

@@ -18,6 +18,10 @@ namespace android {
 
 namespace {
 
+using Outcome = DecisionRecord::Outcome;
+
+constexpr char kNotch[] = "notch";  ///< the filter's name in decision records
+
 constexpr char kNotchProperty[] = "ro.config.zq_notch_size";
 constexpr char kFoldDisplayProperty[] = "ro.config.zq_fold_disp";
 
@@ -54,21 +58,52 @@ bool ZqNotchAftProcessor::isInputDeviceHasNotch(InputMapper* mapper) const {
     return !mCheckPanelName || mapper->getDeviceName().find(kNotchedPanel) != std::string::npos;
 }
 
-void ZqNotchAftProcessor::processRawTouches(InputMapper* mapper, RawPointerData& data, BitSet32& idBits) {
+void ZqNotchAftProcessor::processRawTouches(InputMapper* mapper, int64_t when, RawPointerData& data, BitSet32& idBits) {
     if (!isInputDeviceHasNotch(mapper)) return;
     const std::optional<SurfaceConfig> surface = surfaceOf(mapper->getDeviceId());
-    if (!surface || !surface->landscape) return;
+    if (!surface || !surface->landscape) return recordPortrait(mapper, when, data, idBits);
     if (touchingEndAndUpdate(data)) return;
-    BitSet32 inTheNotch{};
-    BitSet32 elsewhere{};
+    const DecisionRecorder recorder(kNotch, mapper, when);
+    const BitSet32 removed = recorder.listening() ? judgeAll<Decision>(data, idBits, *surface, recorder)
+                                                  : judgeAll<UnrecordedDecision>(data, idBits, *surface, recorder);
+    if (!removed.isEmpty()) filterAndCompactPointers(&data, &idBits, &removed);
+}
+
+/// @return the ids that leave the frame
+template <typename PointerDecision>
+BitSet32 ZqNotchAftProcessor::judgeAll(const RawPointerData& data, BitSet32 idBits, const SurfaceConfig& surface,
+                                       const DecisionRecorder& recorder) {
+    BitSet32 removed{};
     for (uint32_t id : idBits) {
         const RawPointerData::Pointer* p = data.find(id);
         if (p == nullptr) continue;
-        (inBand(*p) && !inMarkedWindow(*p, *surface) ? inTheNotch : elsewhere).markBit(id);
+        PointerDecision decision(recorder, id, *p);
+        if (!judge(id, *p, surface, decision)) removed.markBit(id);
     }
-    mUnfilteredIds.value |= elsewhere.value;
-    BitSet32 removed{inTheNotch.value & ~mUnfilteredIds.value};
-    if (!removed.isEmpty()) filterAndCompactPointers(&data, &idBits, &removed);
+    return removed;
+}
+
+/// True: the pointer stays, and does so until all fingers are up, where this says so for the first time.
+bool ZqNotchAftProcessor::judge(uint32_t id, const RawPointerData::Pointer& pointer, const SurfaceConfig& surface,
+                                auto& decision) {
+    if (!inBand(pointer, decision)) {
+        decision.record(Outcome::OutOfScope, "notch-left"_rule);
+    } else if (decision.flag({.name = "in a marked window"}, inMarkedWindow(pointer, surface))) {
+        decision.record(Outcome::Passed, "notch-window"_rule);
+    } else if (decision.flag({.name = "let through before"}, mUnfilteredIds.hasBit(id))) {
+        decision.record(Outcome::Passed, "notch-left-before"_rule);
+    } else {
+        decision.record(Outcome::Removed, "notch-band"_rule);
+        return false;
+    }
+    mUnfilteredIds.markBit(id);
+    return true;
+}
+
+void ZqNotchAftProcessor::recordPortrait(InputMapper* mapper, int64_t when, const RawPointerData& data,
+                                         BitSet32 idBits) {
+    const DecisionRecorder recorder(kNotch, mapper, when);
+    if (recorder.listening()) recordEach(recorder, data, idBits, Outcome::OutOfScope, "notch-portrait"_rule);
 }
 
 bool ZqNotchAftProcessor::touchingEndAndUpdate(const RawPointerData& data) {
@@ -77,8 +112,8 @@ bool ZqNotchAftProcessor::touchingEndAndUpdate(const RawPointerData& data) {
     return !mTouching;
 }
 
-bool ZqNotchAftProcessor::inBand(const RawPointerData::Pointer& pointer) const {
-    return 0 <= pointer.y && pointer.y <= mNotchHeight;
+bool ZqNotchAftProcessor::inBand(const RawPointerData::Pointer& pointer, auto& decision) const {
+    return decision.within({.name = "y in the notch band", .setting = kNotchProperty}, pointer.y, 0, mNotchHeight);
 }
 
 void ZqNotchAftProcessor::processInputWindow(const std::vector<sp<InputWindowHandle>>& windows) {
@@ -89,8 +124,15 @@ void ZqNotchAftProcessor::processInputWindow(const std::vector<sp<InputWindowHan
         if ((window->aftFlags & InputWindowHandle::kNotchArea) == 0) continue;
         areas.add({window->frameLeft, window->frameTop, window->frameRight, window->frameBottom});
     }
-    Mutex::Autolock lock(mLock);
-    mNoFilterAreas = areas;
+    {
+        Mutex::Autolock lock(mLock);
+        if (mNoFilterAreas.isEmpty() && areas.isEmpty()) return;
+        mNoFilterAreas = areas;
+    }
+    const DecisionRecorder recorder(kNotch);
+    Decision decision(recorder);
+    decision.fact({.name = "marked windows"}, static_cast<double>(areas.size()));
+    decision.record(Outcome::Noted, "notch-windows"_rule);
 }
 
 bool ZqNotchAftProcessor::pointInNoFilterAreas(int deviceId, const RawPointerData::Pointer& pointer) {
@@ -124,6 +166,12 @@ void ZqNotchAftProcessor::configureSurface(InputMapper* mapper, int orientation,
                                .yScale = yScale,
                                .xTranslate = xTranslate,
                                .yTranslate = yTranslate};
+    const DecisionRecorder recorder(kNotch, mapper);
+    Decision decision(recorder);
+    decision.fact({.name = "orientation"}, orientation);
+    decision.fact({.name = "landscape"}, config.landscape ? 1 : 0);
+    decision.fact({.name = "notch band bottom", .setting = kNotchProperty}, mNotchHeight);
+    decision.record(Outcome::Noted, "notch-surface"_rule);
     Mutex::Autolock lock(mLock);
     mSurfaceConfigs.insert_or_assign(mapper->getDeviceId(), config);
 }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "aft/host/AftArea.h"
+#include "aft/host/Decision.h"
 #include "aft/host/InputMapper.h"
 #include "aft/host/InputWindowHandle.h"
 #include "aft/host/RawPointerData.h"
@@ -61,8 +62,8 @@ class ZqNotchAftProcessor : public Singleton<ZqNotchAftProcessor> {
     /// Whether the device is held in landscape; false where its surface is not known.
     bool isLandscape(int deviceId);
 
-    /// Filters one frame in place. `mapper` may be null: the frame is left alone then.
-    void processRawTouches(InputMapper* mapper, RawPointerData& data, BitSet32& idBits);
+    /// Filters one frame in place. `mapper` may be null: the frame is left alone then. `when` in ns, for records.
+    void processRawTouches(InputMapper* mapper, int64_t when, RawPointerData& data, BitSet32& idBits);
     /// Takes the marked windows of the list in place of those of the last.
     void processInputWindow(const std::vector<sp<InputWindowHandle>>& windows);
 
@@ -83,7 +84,13 @@ class ZqNotchAftProcessor : public Singleton<ZqNotchAftProcessor> {
     std::optional<SurfaceConfig> surfaceOf(int deviceId);
     std::optional<DisplayPoint> toDisplay(const RawPointerData::Pointer& pointer, const SurfaceConfig& config) const;
     bool inMarkedWindow(const RawPointerData::Pointer& pointer, const SurfaceConfig& surface);
-    bool inBand(const RawPointerData::Pointer& pointer) const;
+    // The decision is a Decision, or an UnrecordedDecision where nobody listens.
+    template <typename PointerDecision>
+    BitSet32 judgeAll(const RawPointerData& data, BitSet32 idBits, const SurfaceConfig& surface,
+                      const DecisionRecorder& recorder);
+    bool judge(uint32_t id, const RawPointerData::Pointer& pointer, const SurfaceConfig& surface, auto& decision);
+    bool inBand(const RawPointerData::Pointer& pointer, auto& decision) const;
+    static void recordPortrait(InputMapper* mapper, int64_t when, const RawPointerData& data, BitSet32 idBits);
 
     Mutex mLock;                     ///< guards mNoFilterAreas and mSurfaceConfigs
     int32_t mNotchHeight = 0;        ///< raw panel units; set once, as are the next two

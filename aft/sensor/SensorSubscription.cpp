@@ -1,14 +1,14 @@
 #include "aft/sensor/SensorSubscription.h"
 
 /// Each sensor's lines go out under its manager's tag, with the names of its manager's operations.
-#define AFT_LOG_TAG kLogTag.of(mUser)
+#define AFT_LOG_TAG mSensor.logTag
 
+#include "aft/host/Decision.h"
 #include "aft/host/Log.h"
 
 namespace android {
 
 using hardware::Return;
-using namespace sensor_differences;
 
 bool SensorSubscription::init() {
     Mutex::Autolock lock(mOperationLock);
@@ -16,7 +16,7 @@ bool SensorSubscription::init() {
 }
 
 bool SensorSubscription::initLocked() {
-    if (const char* entry = kConnecting.of(mUser)) LOGE("%s", entry);
+    if (mSensor.connecting != nullptr) LOGE("%s", mSensor.connecting);
     if (mInitCheck) return true;
     if (mSensorManager == nullptr && !findService()) return false;
     if (!makeQueue()) return false;
@@ -30,11 +30,15 @@ bool SensorSubscription::findService() {
     mSensorManager = ISensorManager::getService("default", false);
     if (mSensorManager == nullptr) {
         LOGE("fail to get SensorManager");
+        record("sensor-failed"_rule);
         return false;
     }
     if (mDeathRecipient == nullptr) mDeathRecipient = newDeathRecipient();
     const Return<bool> linked = mSensorManager->linkToDeath(mDeathRecipient, 0);
-    if (!linked.isOk()) LOGE("Transaction error in linking to SensorManager death");
+    if (!linked.isOk()) {
+        LOGE("Transaction error in linking to SensorManager death");
+        record("sensor-failed"_rule);
+    }
     return linked.isOk();
 }
 
@@ -46,6 +50,7 @@ bool SensorSubscription::makeQueue() {
         mSensorEventCallback, [&](const sp<IEventQueue>& queue, Result /*result*/) { delivered = queue; });
     if (!made.isOk()) {
         LOGI("createEventQueue hidl transport error");
+        record("sensor-failed"_rule);
         return false;
     }
     mSensorEventQueue = delivered;
@@ -53,37 +58,42 @@ bool SensorSubscription::makeQueue() {
 }
 
 void SensorSubscription::enable() {
-    LOGI("%s", kEnable.of(mUser));
+    LOGI("%s", mSensor.enable);
     Mutex::Autolock lock(mOperationLock);
     if (mSensorEnabled) return;
-    if (!mInitCheck && !(kEnablingConnects.of(mUser) && initLocked())) {
-        LOGW("%s() mInitCheck is false", kEnable.of(mUser));
+    if (!mInitCheck && !(mSensor.enablingConnects && initLocked())) {
+        LOGW("%s() mInitCheck is false", mSensor.enable);
+        record("sensor-failed"_rule);
         return;
     }
     if (mSensorManager == nullptr || mSensorEventQueue == nullptr) {
-        LOGW("%s() mSensorManager/mSensorEventQueue is %s", kEnable.of(mUser), kNull.of(mUser));
+        LOGW("%s() mSensorManager/mSensorEventQueue is %s", mSensor.enable, mSensor.null);
+        record("sensor-failed"_rule);
         return;
     }
     SensorInfo sensor;
     if (!findSensor(sensor) || !enableOnQueue(sensor.sensorHandle)) return;
-    LOGI("%s success", kEnable.of(mUser));
+    LOGI("%s success", mSensor.enable);
+    record("sensor-on"_rule);
     mSensorHandle = sensor.sensorHandle;
     mSensorEnabled = true;
 }
 
 bool SensorSubscription::findSensor(SensorInfo& sensor) {
     Result result = Result::OK;
-    const Return<void> asked = mSensorManager->getDefaultSensor(static_cast<SensorType>(kSensorType.of(mUser)),
+    const Return<void> asked = mSensorManager->getDefaultSensor(static_cast<SensorType>(mSensor.type),
                                                                 [&](const SensorInfo& found, Result delivered) {
                                                                     sensor = found;
                                                                     result = delivered;
                                                                 });
     if (!asked.isOk()) {
-        LOGE("getDefaultSensor(type=%d) Hidl transport error", kSensorType.of(mUser));
+        LOGE("getDefaultSensor(type=%d) Hidl transport error", mSensor.type);
+        record("sensor-failed"_rule);
         return false;
     }
     if (result != Result::OK) {
-        LOGI("%s getDefaultSensor res not ok", kEnable.of(mUser));
+        LOGI("%s getDefaultSensor res not ok", mSensor.enable);
+        record("sensor-failed"_rule);
         return false;
     }
     return true;
@@ -95,11 +105,13 @@ bool SensorSubscription::enableOnQueue(int32_t handle) {
     const Return<Result> asked = mSensorEventQueue->enableSensor(handle, kAsFastAsItCan, kNoBatching);
     if (!asked.isOk()) {
         LOGI("enableSensor %d Hidl transport error", handle);
+        record("sensor-failed"_rule);
         return false;
     }
     const Result result = asked;
     if (result != Result::OK) {
         LOGI("sensorEventQueue enableSensor fail");
+        record("sensor-failed"_rule);
         return false;
     }
     return true;
@@ -107,28 +119,34 @@ bool SensorSubscription::enableOnQueue(int32_t handle) {
 
 /// A sensor counts as disabled once the call has got through, even where the service refused.
 void SensorSubscription::disable() {
-    LOGI("%s", kDisable.of(mUser));
+    LOGI("%s", mSensor.disable);
     Mutex::Autolock lock(mOperationLock);
     if (!mInitCheck || !mSensorEnabled) {
-        LOGW("%s() mInitCheck=%d, %s=%d", kDisable.of(mUser), mInitCheck ? 1 : 0, kEnabledFlag.of(mUser),
+        LOGW("%s() mInitCheck=%d, %s=%d", mSensor.disable, mInitCheck ? 1 : 0, mSensor.enabledFlag,
              mSensorEnabled ? 1 : 0);
         return;
     }
     if (mSensorEventQueue == nullptr) {
-        LOGW("%s() mSensorEventQueue is %s", kDisable.of(mUser), kNull.of(mUser));
+        LOGW("%s() mSensorEventQueue is %s", mSensor.disable, mSensor.null);
+        record("sensor-failed"_rule);
         return;
     }
     const Return<Result> asked = mSensorEventQueue->disableSensor(mSensorHandle);
     if (!asked.isOk()) {
         LOGE("disable Sensor Hidl transport error");
+        record("sensor-failed"_rule);
         return;
     }
     const Result result = asked;
-    if (result != Result::OK) LOGE("disableSensor fail:%d", mSensorHandle);
+    if (result != Result::OK) {
+        LOGE("disableSensor fail:%d", mSensorHandle);
+        record("sensor-failed"_rule);
+    }
     mSensorEnabled = false;
     mSensorHandle = 0;
     haveDisabled();
     LOGI("disableSensor success");
+    record("sensor-off"_rule);
 }
 
 void SensorSubscription::deInit() {
@@ -140,6 +158,12 @@ void SensorSubscription::deInit() {
     mSensorEventQueue = nullptr;
     mSensorManager = nullptr;
     haveDeInited();
+    record("sensor-lost"_rule, false);
+}
+
+void SensorSubscription::record(Rule rule, bool logged) const {
+    const DecisionRecorder recorder(mSensor.filter);
+    Decision(recorder).record(DecisionRecord::Outcome::Noted, rule, logged);
 }
 
 }  // namespace android

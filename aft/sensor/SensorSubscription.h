@@ -7,7 +7,7 @@
 #include <atomic>
 #include <cstdint>
 
-#include "aft/sensor/SensorDifferences.h"
+#include "aft/host/Rules.h"
 
 namespace android {
 
@@ -20,9 +20,22 @@ using hardware::sensors::V1_0::Event;
 using hardware::sensors::V1_0::SensorInfo;
 using hardware::sensors::V1_0::SensorType;
 
+/// One sensor, and how its manager speaks of it. Literals.
+struct SensorDescription {
+    int32_t type;             ///< in the sensor service's numbering
+    const char* filter;       ///< the filter's name in decision records
+    const char* logTag;       ///< the manager's
+    const char* connecting;   ///< error line at the start of connecting; null: none
+    const char* enable;       ///< the manager's name for enabling, in log lines
+    const char* disable;      ///< likewise
+    const char* enabledFlag;  ///< likewise, for the flag that the sensor is enabled
+    const char* null;         ///< likewise, for a null pointer
+    bool enablingConnects;    ///< enabling connects where nothing has; else init() alone does
+};
+
 /// A live subscription to one sensor of the platform's sensor service: looked up, linked to its death, given a queue
-/// with a callback, enabled and disabled. A state manager derives from it and says what to do with events and deaths.
-/// SensorDifferences.h has all in which the two managers differ.
+/// with a callback, enabled and disabled. A state manager derives from it, describes its sensor and says what to do
+/// with events and deaths.
 ///
 /// Nothing is tried again by itself. Each failure is logged and ends the operation; where it stopped decides where the
 /// next one goes on: a failed look-up is repeated, a failed death link is not.
@@ -37,7 +50,7 @@ class SensorSubscription {
     bool enabled() const { return mSensorEnabled; }
 
   protected:
-    explicit SensorSubscription(SensorUser user) : mUser(user) {}
+    explicit SensorSubscription(const SensorDescription& sensor) : mSensor(sensor) {}
     ~SensorSubscription() = default;
     SensorSubscription(const SensorSubscription&) = delete;
     SensorSubscription& operator=(const SensorSubscription&) = delete;
@@ -66,7 +79,9 @@ class SensorSubscription {
     bool findSensor(SensorInfo& sensor);
     bool enableOnQueue(int32_t handle);
 
-    const SensorUser mUser;
+    void record(Rule rule, bool logged = true) const;
+
+    const SensorDescription mSensor;
     sp<hidl_death_recipient> mDeathRecipient;      ///< made with the first connection
     sp<IEventQueue> mSensorEventQueue;             ///< null, although connected, where the service delivered none
     sp<ISensorManager> mSensorManager;             ///< null until looked up, and once let go

@@ -4,6 +4,9 @@
 
 namespace android {
 
+/// The filter's name in decision records.
+inline constexpr char kSlideCover[] = "slide-cover";
+
 /// Where the slide cover is, and since when. Copied whole.
 struct SCFitlterState {
     int64_t stateTime = 0;  ///< ns, monotonic clock: when `state` last changed; 0 before any change

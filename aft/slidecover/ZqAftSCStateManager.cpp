@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <optional>
 
+#include "aft/host/Decision.h"
 #include "aft/host/FloatToInt.h"
 
 #define AFT_LOG_TAG "ZqAftSCStateManager"
@@ -53,7 +54,16 @@ sp<ZqAftSCStateInterface> ZqAftSCStateInterface::getInstance() {
     return sInstance;
 }
 
-ZqAftSCStateManager::ZqAftSCStateManager() : SensorSubscription(SensorUser::SlideCover) {}
+ZqAftSCStateManager::ZqAftSCStateManager()
+    : SensorSubscription({.type = 65557,
+                          .filter = kSlideCover,
+                          .logTag = AFT_LOG_TAG,
+                          .connecting = nullptr,
+                          .enable = "enableSCSensor",
+                          .disable = "disableSCSensor",
+                          .enabledFlag = "mSCSensorEnabled",
+                          .null = "NULL",
+                          .enablingConnects = false}) {}
 
 ZqAftSCStateManager::~ZqAftSCStateManager() { deInit(); }
 
@@ -70,10 +80,16 @@ bool ZqAftSCStateManager::getSCFilterState(SCFitlterState& out) {
 void ZqAftSCStateManager::handleSensorEvent(const Event& event) {
     Mutex::Autolock lock(mLock);
     const std::optional<int32_t> state = coverState(event);
-    if (!state || *state == mFilterState.state) return;
+    const DecisionRecorder recorder(kSlideCover);
+    Decision decision(recorder);
+    if (state) decision.fact({.name = "cover state"}, *state);
+    if (!state || *state == mFilterState.state) {
+        return decision.record(DecisionRecord::Outcome::Sampled, "cover-state"_rule);
+    }
     mFilterState = {.stateTime = systemTime(SYSTEM_TIME_MONOTONIC), .state = *state};
     LOGI("handleSensorEvent event.type=%d state=%d, timestamp=%lld ns, sensorHandle=%d",
          static_cast<int>(event.sensorType), *state, static_cast<long long>(event.timestamp), event.sensorHandle);
+    decision.record(DecisionRecord::Outcome::Noted, "cover-state"_rule, true);
 }
 
 sp<hidl_death_recipient> ZqAftSCStateManager::newDeathRecipient() { return new SensorDeathRecipient(this); }

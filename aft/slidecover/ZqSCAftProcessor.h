@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "aft/host/Decision.h"
 #include "aft/host/InputMapper.h"
 #include "aft/host/RawPointerData.h"
 #include "aft/slidecover/ZqAftSCStateInterface.h"
@@ -52,9 +53,13 @@ class ZqSCAftProcessor : public virtual RefBase {
   private:
     bool touchingEnd(const RawPointerData& data, long long when);
     void sequenceBegins(const RawPointerData& data, long long when);
-    void sequenceEnds();
-    void cancelGesture(InputMapper* mapper, long long when, int32_t previousState);
-    void reportBbFilterPoint();
+    void sequenceEnds(long long when);
+    void cancelGesture(InputMapper* mapper, long long when, int32_t previousState, const DecisionRecorder& recorder);
+    bool isSettled(long long when, Measurements& measured) const;
+    void filterCancelled(RawPointerData& data, BitSet32& idBits, long long when, const DecisionRecorder& recorder);
+    void recordIdle(InputMapper* mapper, int64_t when, const RawPointerData& data, BitSet32 idBits);
+    void reportBbFilterPointIfLate(long long when);
+    void reportBbFilterPoint(Decision& decision);
 
     static Mutex sLock;  ///< guards sInstance and sAftConfig
     static sp<ZqSCAftProcessor> sInstance;
@@ -63,6 +68,7 @@ class ZqSCAftProcessor : public virtual RefBase {
     sp<ZqAftSCStateInterface> mZqAftSCStateManager;
     bool mTouching = false;   ///< a touch sequence is in progress
     bool mCancelled = false;  ///< it has been cancelled
+    bool mIdle = false;       ///< the cover's state was not known in the last frame, for records
     SCFitlterState mCurState;
     ScPoint mFirstPoint;                   ///< of the sequence's first frame, the lowest id's
     ScPoint mLastPoint;                    ///< of the latest frame after the cancel, the lowest id's
