@@ -1,10 +1,25 @@
 #include "refhost/JsonText.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 namespace refhost {
 
+namespace {
+
+/// Text that stands in JSON as it is: most of what is written.
+bool isPlain(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return ' ' <= c && c <= '~' && c != '"' && c != '\\'; });
+}
+
+}  // namespace
+
 void appendJson(TextBuffer& out, std::string_view text) {
+    if (isPlain(text)) {
+        out.push_back('"');
+        append(out, text);
+        return out.push_back('"');
+    }
     append(out, nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
 }
 

@@ -2,12 +2,11 @@
 #include <string_view>
 
 #include "refhost/check/TraceCheck.h"
-#include "refhost/play/Player.h"
 #include "zqaft/Commands.h"
 #include "zqaft/ExitCodes.h"
 #include "zqaft/Input.h"
 #include "zqaft/Output.h"
-#include "zqaft/Progress.h"
+#include "zqaft/TerminalObserver.h"
 
 namespace zqaft {
 
@@ -19,16 +18,14 @@ using refhost::Breach;
 using refhost::Designed;
 
 struct Totals {
-    size_t lines = 0;
     size_t frames = 0;
     size_t keys = 0;
     size_t breaches = 0;
     size_t designed = 0;
-    std::map<std::string_view, size_t> byName;  ///< of what is designed
+    std::map<std::string, size_t> byName;  ///< of what is designed
 };
 
 void count(const refhost::TraceLine& line, Totals& totals) {
-    ++totals.lines;
     if (std::holds_alternative<refhost::ProcessRawTouches>(line.event)) ++totals.frames;
     if (std::holds_alternative<refhost::ProcessKey>(line.event)) ++totals.keys;
 }
@@ -91,22 +88,19 @@ int check(const CheckOptions& options) {
                                pluginOr(options.plugin));  // loaded anew: it reads the properties once
         refhost::TraceCheck check(source->header());
         Teller teller(out, file, options);
-        Progress progress;
-        refhost::TraceLine line;
+        TerminalObserver observer(&out);
         size_t breaches = 0;
         size_t designed = 0;
-        while (source->next(line)) {
-            check.hear(line, player.play(line));
-            const bool found = breaches < check.breaches().size() || designed < check.designed().size();
-            if (found && out.isTerminal()) progress.clear();
+        playLines(*source, player, &observer, [&](const refhost::TraceLine& line, const refhost::CallResult& result) {
+            check.hear(line, result);
+            if (breaches < check.breaches().size() || designed < check.designed().size()) observer.makeRoom();
             for (; breaches < check.breaches().size(); ++breaches) teller.tell(check.breaches()[breaches]);
             for (; designed < check.designed().size(); ++designed) {
                 teller.tell(check.designed()[designed]);
                 ++totals.byName[check.designed()[designed].name];
             }
             count(line, totals);
-            if (progress.due(totals.lines)) progress.at(totals.lines, source->progress());
-        }
+        });
         totals.breaches += breaches;
         totals.designed += designed;
     }

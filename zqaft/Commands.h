@@ -25,6 +25,11 @@ struct ReportOptions : ReplayOptions {
     std::string output;  ///< the page; "-" for standard output
 };
 
+struct ExportOptions : ReplayOptions {
+    std::string format = "chrome";  ///< of the file; no other is known
+    std::string output;             ///< the file; "-" for standard output
+};
+
 struct CheckOptions {
     std::vector<std::string> traces;  ///< "-" for standard input
     std::string plugin;               ///< as for a replay
@@ -52,6 +57,7 @@ struct ImportOptions {
 int replay(const ReplayOptions& options);
 int explain(const ExplainOptions& options);
 int report(const ReportOptions& options);
+int exportTrace(const ExportOptions& options);
 int import(const ImportOptions& options);
 int check(const CheckOptions& options);
 int corpus(const CorpusOptions& options);

@@ -8,10 +8,10 @@
 #include "zqaft/Commands.h"
 #include "zqaft/CorpusPrinter.h"
 #include "zqaft/CorpusRow.h"
+#include "zqaft/DecisionPrinter.h"
 #include "zqaft/ExitCodes.h"
 #include "zqaft/Input.h"
 #include "zqaft/Progress.h"
-#include "zqaft/StoryPrinter.h"
 
 namespace zqaft {
 

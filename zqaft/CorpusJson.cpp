@@ -18,17 +18,25 @@ void appendTextOrNull(TextBuffer& out, std::string_view key, const std::optional
 
 /// Of a trace that has not been played to its end, every number is null.
 void appendCounts(TextBuffer& out, const refhost::PlayedTrace::Counts& counts, bool played) {
-    const std::pair<std::string_view, uint64_t> named[] = {{"frames", counts.frames},
-                                                           {"judged", counts.pointersJudged},
-                                                           {"removed", counts.pointersRemoved},
-                                                           {"restored", counts.restored},
-                                                           {"cancelled", counts.cancelled},
-                                                           {"reported", counts.reports},
-                                                           {"keysConsumed", counts.keysConsumed},
-                                                           {"keysHeldBack", counts.keysHeldBack},
-                                                           {"keysReSent", counts.keysReSent},
-                                                           {"keysDropped", counts.keysDropped},
-                                                           {"keysDispatched", counts.keysDispatched}};
+    const std::pair<std::string_view, uint64_t> named[] = {
+        {"frames", counts.frames},
+        {"fingers", counts.fingers},
+        {"kept", counts.kept},
+        {"lost", counts.lost},
+        {"restored", counts.restored},
+        {"letThrough", counts.letThrough},
+        {"interrupted", counts.interrupted},
+        {"fingersCancelled", counts.fingersCancelled},
+        {"latestMs", static_cast<uint64_t>(counts.latestNs / 1'000'000)},
+        {"judged", counts.pointersJudged},
+        {"removed", counts.pointersRemoved},
+        {"cancelled", counts.cancelled},
+        {"reported", counts.reports},
+        {"keysConsumed", counts.keysConsumed},
+        {"keysHeldBack", counts.keysHeldBack},
+        {"keysReSent", counts.keysReSent},
+        {"keysDropped", counts.keysDropped},
+        {"keysDispatched", counts.keysDispatched}};
     for (const auto& [name, count] : named) {
         append(out, FMT_COMPILE(R"(,"{}":)"), name);
         played ? append(out, FMT_COMPILE("{}"), count) : append(out, "null");

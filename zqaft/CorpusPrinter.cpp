@@ -81,14 +81,15 @@ CorpusPrinter::CorpusPrinter(Output& out, const std::vector<refhost::FoundTrace>
 void CorpusPrinter::print(const CorpusRow& row) {
     if (mTraces++ == 0) {
         append(mOut.text(),
-               FMT_COMPILE("{:<{}}   frames  removed  restored  cancelled  breaches       time  verdicts\n"), "trace",
-               mNameWidth);
+               FMT_COMPILE(
+                   "{:<{}}   frames  fingers  lost  late       latest  cancelled  breaches       time  verdicts\n"),
+               "trace", mNameWidth);
     }
     const std::string name = shortened(row.trace.name, mNameWidth);
     const std::string pad(mNameWidth - widthOf(name), ' ');  // a name's bytes are more than its columns
     if (row.failed()) {
-        append(mOut.text(), FMT_COMPILE("{}{}  {:>7}  {:>7}  {:>8}  {:>9}  {:>8}  {:>9}"), name, pad, "-", "-", "-",
-               "-", "-", "-");
+        append(mOut.text(), FMT_COMPILE("{}{}  {:>7}  {:>7}  {:>4}  {:>4}  {:>11}  {:>9}  {:>8}  {:>9}"), name, pad,
+               "-", "-", "-", "-", "-", "-", "-", "-");
     } else {
         printCounts(name + pad, row.played.counts, row.played.breaches.size(), row.played.ns);
     }
@@ -104,8 +105,10 @@ void CorpusPrinter::print(const CorpusRow& row) {
 
 void CorpusPrinter::printCounts(const std::string& name, const refhost::PlayedTrace::Counts& counts, size_t breaches,
                                 int64_t ns) {
-    append(mOut.text(), FMT_COMPILE("{}  {:>7}  {:>7}  {:>8}  {:>9}  {:>8}  {:>9}"), name, counts.frames,
-           counts.pointersRemoved, counts.restored, counts.cancelled, breaches, lasting(ns));
+    const uint64_t late = counts.restored + counts.letThrough;
+    append(mOut.text(), FMT_COMPILE("{}  {:>7}  {:>7}  {:>4}  {:>4}  {:>11}  {:>9}  {:>8}  {:>9}"), name, counts.frames,
+           counts.fingers, counts.lost, late, late > 0 ? fmt::format("{} ms", counts.latestNs / 1'000'000) : "-",
+           counts.cancelled, breaches, lasting(ns));
 }
 
 /// What has changed, trace by trace, and what is broken, a line each.

@@ -1,13 +1,11 @@
 #include <cmath>
 
 #include "refhost/explain/ExplainedWriter.h"
-#include "refhost/play/Player.h"
 #include "zqaft/Commands.h"
+#include "zqaft/DecisionPrinter.h"
 #include "zqaft/ExitCodes.h"
 #include "zqaft/Input.h"
-#include "zqaft/Output.h"
-#include "zqaft/Progress.h"
-#include "zqaft/StoryPrinter.h"
+#include "zqaft/TerminalObserver.h"
 
 namespace zqaft {
 
@@ -15,27 +13,23 @@ namespace {
 
 using refhost::Explained;
 
-/// Times are shown in ms, rounded: whatever is shown with the asked time has happened by then.
+/// Times are shown in ms, rounded: what is shown with the requested time has happened by then.
 constexpr int64_t kHalfMs = 500'000;
 
-int64_t timeOf(const refhost::TraceLine& line, int64_t clock) {
-    if (const auto* frame = std::get_if<refhost::ProcessRawTouches>(&line.event)) return frame->when;
-    if (const auto* key = std::get_if<refhost::ProcessKey>(&line.event)) return key->when;
-    return clock;
-}
-
-class Teller {
+class ExplainedPrinter {
   public:
-    Teller(Output& out, bool json) : mOut(out), mJson(json), mPrinter(out, wantsColours()) {}
+    ExplainedPrinter(Output& out, bool json) : mOut(out), mJson(json), mPrinter(out, wantsColours()) {}
 
-    void tell(std::string_view kind, const Explained& explained) {
+    /// @param kind as writeExplained() has it
+    void print(std::string_view kind, const Explained& explained) {
         if (mJson) {
             refhost::writeExplained(mOut.text(), kind, explained);
         } else {
             refhost::Decision headline = explained.decision;
-            if (!headline.words.starts_with('(')) headline.words.clear();  // they are among the log
+            if (!headline.message.starts_with('(')) headline.message.clear();  // it is among the log
+            headline.rule = {};                                                // it stands in a line of its own
             mPrinter.print(headline);
-            refhost::tellExplained(mOut.text(), explained);
+            refhost::printReason(mOut.text(), explained);
         }
         mOut.offer();
     }
@@ -43,8 +37,20 @@ class Teller {
   private:
     Output& mOut;
     bool mJson;
-    StoryPrinter mPrinter;
+    DecisionPrinter mPrinter;
 };
+
+/// What the library has recorded last of each finger that is down, and of the key that waits.
+void printMoment(const refhost::Explainer& explainer, const ExplainOptions& options, ExplainedPrinter& printer) {
+    if (explainer.waitingKey() && !options.id) printer.print("key", *explainer.waitingKey());
+    const std::vector<refhost::FingerDown> fingers = explainer.fingersDown();
+    if (fingers.empty()) say({"no finger is down then"});
+    for (const refhost::FingerDown& finger : fingers) {
+        if (options.id && !finger.latest.decision.target.pointers.hasBit(*options.id)) continue;
+        printer.print("finger", finger.latest);
+        for (const Explained& each : finger.decisions) printer.print("decision", each);
+    }
+}
 
 }  // namespace
 
@@ -53,39 +59,21 @@ int explain(const ExplainOptions& options) {
     const std::unique_ptr<refhost::TraceSource> source = openPlayed(options);
     Output out;
     refhost::Player player(source->header(), pluginOr(options.plugin));
-    refhost::Explainer explainer(source->header());
-    Teller teller(out, options.json);
-    const auto wanted = [&](const Explained& each) {
-        return !options.id || each.decision.about.fingers.hasBit(*options.id);
-    };
-
-    std::optional<int64_t> at;
-    if (options.at) at = std::llround(*options.at * 1e9);
-    Progress progress;
-    refhost::TraceLine line;
-    int64_t clock = 0;
-    for (uint64_t lines = 0; source->next(line); ++lines) {
-        clock = line.t.value_or(clock);
-        if (at && timeOf(line, clock) >= *at + kHalfMs) break;
-        for (const Explained& each : explainer.explain(line, player.play(line))) {
-            if (at || !wanted(each)) continue;
-            if (out.isTerminal()) progress.clear();
-            teller.tell("decision", each);
-        }
-        if (source->wouldWait()) out.flush();
-        if (progress.due(lines)) progress.at(lines, source->progress());
-    }
-    progress.clear();
-    if (at) {
-        if (const auto key = explainer.keyAt(*at); key && !options.id) teller.tell("key", *key);
-        const std::vector<refhost::OnGlass> fingers = explainer.fingersAt(*at);
-        if (fingers.empty()) say({"no finger is on the glass then"});
-        for (const refhost::OnGlass& finger : fingers) {
-            if (!wanted(finger.state)) continue;
-            teller.tell("finger", finger.state);
-            for (const Explained& each : finger.decisions) teller.tell("decision", each);
-        }
-    }
+    refhost::Explainer explainer;
+    ExplainedPrinter printer(out, options.json);
+    TerminalObserver observer(&out);
+    std::optional<int64_t> until;
+    if (options.at) until = std::llround(*options.at * 1e9) + kHalfMs;
+    playLines(*source, player, &observer, until,
+              [&](const refhost::TraceLine& line, const refhost::CallResult& result) {
+                  for (const Explained& each : explainer.onLine(line, result)) {
+                      if (options.at || (options.id && !each.decision.target.pointers.hasBit(*options.id))) continue;
+                      observer.makeRoom();
+                      printer.print("decision", each);
+                  }
+              });
+    observer.end();
+    if (options.at) printMoment(explainer, options, printer);
     out.flush();
     sayAtEnd(explainer.summary(), *source);
     return kDone;

@@ -26,6 +26,9 @@ void say(const std::vector<std::string>& notes) {
 }
 
 void sayAtEnd(const refhost::Summary& summary, const refhost::TraceSource& source) {
+    if (summary.records == 0 && summary.calls.count() > 0) {
+        say({"this library records no decisions: what came back is shown, but not why"});
+    }
     if (!summary.filterOff.empty()) say({"the front fingerprint filter is off, its own words: " + summary.filterOff});
     say(source.leftOut());
 }

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "refhost/play/Story.h"
+#include "refhost/play/DecisionLog.h"
 #include "refhost/trace/Trace.h"
 #include "zqaft/Commands.h"
 

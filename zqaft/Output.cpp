@@ -49,4 +49,11 @@ void replaceFile(const std::string& path, std::string_view text) {
     throw OutputError(fmt::format("cannot write {}: {}", path, reason));
 }
 
+void writeResult(const std::string& path, std::string_view text) {
+    if (path != "-") return replaceFile(path, text);
+    Output out;
+    refhost::append(out.text(), text);
+    out.flush();
+}
+
 }  // namespace zqaft

@@ -39,4 +39,8 @@ class Output {
 /// Writes a file whole, or leaves it as it was; a pipe or a device gets the text as it is. Throws OutputError.
 void replaceFile(const std::string& path, std::string_view text);
 
+/// Writes the whole result of a subcommand to a file, as replaceFile(), or for "-" to standard output. Throws
+/// OutputError.
+void writeResult(const std::string& path, std::string_view text);
+
 }  // namespace zqaft

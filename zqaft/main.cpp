@@ -22,6 +22,7 @@ constexpr char kFooter[] =
   zqaft replay --json gesture.trace.jsonl | jq .removed
   zqaft explain --at 61.25 gesture.trace.jsonl
   zqaft report gesture.trace.jsonl -o report.html
+  zqaft export --format chrome gesture.trace.jsonl -o decisions.json
   zqaft check *.trace.jsonl
   zqaft corpus traces/
 
@@ -84,14 +85,14 @@ int main(int argc, char** argv) {
 
     zqaft::ReplayOptions replayOptions;
     CLI::App* replay =
-        app.add_subcommand("replay", "Play a trace, or a recording with its profile, and tell the story.");
+        app.add_subcommand("replay", "Play a trace, or a recording with its profile, and print what became of it.");
     addPlayed(*replay, replayOptions);
     replay->add_flag("--json", replayOptions.json, "A line of JSON for each line of the trace: all that came back");
 
     zqaft::ExplainOptions explainOptions;
     CLI::App* explain = app.add_subcommand("explain", "Say of each decision which rule made it, and by how much.");
     addPlayed(*explain, explainOptions);
-    explain->add_option("--at", explainOptions.at, "What holds at this time (s, as replay prints it), finger by finger")
+    explain->add_option("--at", explainOptions.at, "Each finger's latest record at this time (s, as replay prints it)")
         ->check(CLI::Range(0.0, 9e9));
     explain->add_option("--id", explainOptions.id, "Only what concerns this pointer id")->check(CLI::Range(0, 31));
     explain->add_flag("--json", explainOptions.json, "A line of JSON for each decision");
@@ -100,6 +101,18 @@ int main(int argc, char** argv) {
     CLI::App* report = app.add_subcommand("report", "Draw every finger and every decision, as one page for a browser.");
     addPlayed(*report, reportOptions);
     report->add_option("-o,--output", reportOptions.output, "The HTML file to write; - writes standard output")
+        ->required();
+
+    zqaft::ExportOptions exportOptions;
+    CLI::App* exporting =
+        app.add_subcommand("export", "Write every decision as a trace file for a system trace viewer.");
+    addPlayed(*exporting, exportOptions);
+    exporting
+        ->add_option("--format", exportOptions.format,
+                     "chrome: the Chrome JSON trace event format, for Perfetto's UI and chrome://tracing")
+        ->check(CLI::IsMember(std::vector<std::string>{"chrome"}))
+        ->capture_default_str();
+    exporting->add_option("-o,--output", exportOptions.output, "The file to write; - writes standard output")
         ->required();
 
     zqaft::ImportOptions importOptions;
@@ -111,7 +124,7 @@ int main(int argc, char** argv) {
 
     zqaft::CheckOptions checkOptions;
     CLI::App* check =
-        app.add_subcommand("check", "Hold what the plug-in answers to traces against what a host relies on.");
+        app.add_subcommand("check", "Compare the plug-in's results for traces with what a host relies on.");
     check->add_option("TRACE", checkOptions.traces, "The traces; - reads standard input")->required();
     check->add_option("--plugin", checkOptions.plugin,
                       "The libzqaftprocessor.so to play through (default: this build's)");
@@ -121,7 +134,8 @@ int main(int argc, char** argv) {
                     "A line of JSON for each finding: kind, trace, line, rule, name, text");
 
     zqaft::CorpusOptions corpusOptions;
-    CLI::App* corpus = app.add_subcommand("corpus", "Replay a folder of traces, and tell which verdicts have changed.");
+    CLI::App* corpus =
+        app.add_subcommand("corpus", "Replay a folder of traces, and print which verdicts have changed.");
     corpus->add_option("PATH", corpusOptions.path, "The folder, searched for *.trace.jsonl; or one trace")->required();
     corpus->add_option("--jobs", corpusOptions.jobs, "Traces to replay at a time (default: as many as there are cores)")
         ->check(CLI::Range(1, 256));
@@ -141,6 +155,7 @@ int main(int argc, char** argv) {
         if (*corpus) return zqaft::corpus(corpusOptions);
         if (*explain) return zqaft::explain(explainOptions);
         if (*report) return zqaft::report(reportOptions);
+        if (*exporting) return zqaft::exportTrace(exportOptions);
         return *replay ? zqaft::replay(replayOptions) : zqaft::import(importOptions);
     });
 }

@@ -9,12 +9,7 @@
 
 namespace refhost {
 
-/// When a gesture is cancelled, and told of:
-/// - "cancel-told"   a device's frame cancels as often as filters say so in the log, at its own time; a frame of no
-///                   device and all other calls never do
-/// - "cancel-again"  a filter cancels at most once a frame, and not again before it has seen all fingers lift; a frame
-///                   that an earlier filter has emptied is a lift-off to it, too
-/// - "report"        the slide cover's filter reports a cancel at most once, in a frame that comes out without a finger
+/// The rules on cancels and reports; CheckRules.h says what each demands.
 class CancelRules {
   public:
     void check(const Switches& on, const ProcessRawTouches& call, const CallResult& result, Breaches& breaches);

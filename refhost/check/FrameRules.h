@@ -12,15 +12,9 @@
 
 namespace refhost {
 
-/// What becomes of a frame:
-/// - "frame-adds"     no id and no record comes out that did not go in, and the hovering ids stay
-/// - "frame-order"    records keep their order, and all that no filter may touch of them
-/// - "frame-index"    every id of both sets has one record, to which its index leads
-/// - "frame-sets"     a record leaves with its id, and no other id leaves
-/// - "frame-altered"  a record has the place, pressure and flags with which it came, or those with which that finger
-///                    came at most 1 s ago, since when it has been taken out of every frame
-/// The last three are asked of frames alone that keep them when they are handed in, and the last one where all frames
-/// before it in the gesture do.
+/// The rules on what becomes of a frame; CheckRules.h says what each demands. `frame-index`, `frame-sets` and
+/// `frame-altered` apply to frames that keep them as they are handed in; the last one where all frames before it in the
+/// gesture do.
 class FrameRules {
   public:
     void check(const ProcessRawTouches& call, const CallResult& result, Breaches& breaches);

@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include "refhost/play/LogLines.h"
-#include "refhost/play/StoryWords.h"
 
 namespace refhost {
 

@@ -12,13 +12,7 @@
 
 namespace refhost {
 
-/// What becomes of a key:
-/// - "key-answer"  keys of other devices are dispatched, the sensor's notifications consumed, and a key-up shares the
-///                 fate of its key-down; with the filter off, notifications of any device are consumed, and no others
-/// - "key-held"    one key is held back at a time, and it is consumed
-/// - "key-sent"    a key that is held back is sent once, as a down and up pair of its own codes: with the frame in
-///                 which the gesture ends or has a second finger, from 1 ms after the key on. Only a finger that is
-///                 restored drops it, and the next gesture.
+/// The rules on what becomes of a key; CheckRules.h says what each demands.
 class KeyRules {
   public:
     explicit KeyRules(const TraceHeader& header) : mDevices(header.devices) {}

@@ -9,20 +9,27 @@ namespace refhost {
 
 namespace {
 
-constexpr std::string_view kRestored = "held-back-then-restored";
+/// How the names of designed findings begin, by the filter that removes the pointer; docs/check.md says what each
+/// means.
+std::string_view prefixOf(const Record& removal) {
+    if (removal.filter == "slide-cover") return "cover";
+    if (removal.filter == "fold-angle") return "fold";
+    if (removal.filter != "front-fingerprint") return removal.filter;
+    return removal.rule == "gesture-cancelled" ? "sensor-cancel" : "held-back";
+}
 
-/// By who takes a pointer and what becomes of it; docs/check.md says what each means.
-constexpr std::string_view kNames[][5] = {
-    {},
-    {"held-back-then-late", kRestored, "held-back-while-down", "held-back-then-again", "held-back-then-new-gesture"},
-    {"sensor-cancel-then-late", kRestored},  // whoever is out goes with the cancel
-    {"cover-then-late", kRestored, "cover-while-down", "cover-then-again", "cover-then-new-gesture"},
-    {"notch-then-late", kRestored, "notch-while-down", "notch-then-again", "notch-then-new-gesture"},
-    {"fold-then-late", kRestored, "fold-while-down", "fold-then-again", "fold-then-new-gesture"},
-};
+std::string_view endingOf(int course) {
+    constexpr std::string_view kEndings[] = {"then-late", "then-restored", "while-down", "then-again",
+                                             "then-new-gesture"};
+    return kEndings[course];
+}
 
-constexpr std::string_view kPassings[] = {
-    "", "sensor-cancel-passes", "abnormal-touch-passes", "cover-settled", "cover-idle", "cover-forgot", "fold-forgot"};
+const Record* recordOf(const CallResult& result, uint32_t id, std::string_view filter) {
+    for (const Record& record : result.records) {
+        if (record.pointer == id && record.filter == filter) return &record;
+    }
+    return nullptr;
+}
 
 /// A hovering finger is none on the glass, whatever else is said of it.
 bool isDown(const ProcessRawTouches& call, uint32_t id) {
@@ -30,20 +37,18 @@ bool isDown(const ProcessRawTouches& call, uint32_t id) {
     return finger != nullptr && finger->isHovering == 0;
 }
 
-Cancellers both(const Cancellers& one, const Cancellers& other) {
-    return {one.sensor || other.sensor, one.abnormal || other.abnormal, one.cover || other.cover,
-            one.fold || other.fold};
-}
-
 }  // namespace
 
-void Absence::add(Taker by, uint32_t line) {
-    if (taker == Taker::Nobody) taker = by;
-    if (by == Taker::Nobody && unexplained == 0) unexplained = line;
+void Absence::add(const Record* removal, uint32_t line) {
+    if (removal == nullptr) {
+        if (unexplained == 0) unexplained = line;
+    } else if (remover.empty()) {
+        remover = prefixOf(*removal);
+    }
 }
 
-void PointerLife::check(const ProcessRawTouches& call, const CallResult& result, const Takers& takers) {
-    const Frame frame{call, result, takers};
+void PointerLife::check(const ProcessRawTouches& call, const CallResult& result) {
+    const Frame frame{call, result};
     Hand& hand = mHands[call.device];
     const bool wasOut =
         std::any_of(hand.lives.begin(), hand.lives.end(), [](const auto& each) { return each.second.out; });
@@ -79,8 +84,11 @@ void PointerLife::lift(const Frame& frame, Hand& hand) {
 void PointerLife::cancel(const Frame& frame, Hand& hand) {
     hand.torn.reset();
     for (auto& [id, life] : hand.lives) {
-        if (!life.out && !life.cancelled && !frame.out(id)) continue;
-        life.cancelled = both(life.cancelled.value_or(Cancellers{}), frame.takers.cancellers());
+        if (!life.out && life.cancelledBy.empty() && !frame.out(id)) continue;
+        for (const Record& record : frame.result.records) {
+            if (record.outcome == RecordOutcome::Cancelled) life.cancelledBy.insert(record.filter);
+        }
+        if (life.cancelledBy.empty()) life.cancelledBy.insert("");  // a cancel without a record
         life.cancelLine = frame.result.line;
     }
 }
@@ -88,9 +96,9 @@ void PointerLife::cancel(const Frame& frame, Hand& hand) {
 void PointerLife::follow(const Frame& frame, uint32_t id, Life& life) {
     const bool out = frame.out(id);
     if (!out) {
-        life.absence.add(frame.takers.of(id), frame.result.line);
-        if (life.out && !life.cancelled) leave(frame, id, life);
-    } else if (life.cancelled) {
+        life.absence.add(removalOf(frame.result.records, id), frame.result.line);
+        if (life.out && life.cancelledBy.empty()) leave(frame, id, life);
+    } else if (!life.cancelledBy.empty()) {
         comeOutAfterCancel(frame, id, life);
     } else if (!life.out) {
         comeOut(frame, id, life);
@@ -107,7 +115,7 @@ void PointerLife::leave(const Frame& frame, uint32_t id, Life& life) {
 
 void PointerLife::comeOut(const Frame& frame, uint32_t id, Life& life) {
     if (life.line == frame.result.line) return;  // lands
-    const bool restored = frame.takers.restores(id);
+    const bool restored = restorationOf(frame.result.records, id) != nullptr;
     if (life.seen) {
         return tell(frame, "pointer-again", restored ? Course::Restored : Course::Again, life.absence,
                     fmt::format("pointer {} comes out again, its finger has been down all the time", id));
@@ -118,15 +126,28 @@ void PointerLife::comeOut(const Frame& frame, uint32_t id, Life& life) {
 }
 
 void PointerLife::comeOutAfterCancel(const Frame& frame, uint32_t id, Life& life) {
-    const Passing passing = frame.takers.passing(*life.cancelled);
+    const std::string_view passing = passingAfterCancel(frame, id, life);
     Breach breach{frame.result.line, "pointer-after-cancel",
                   life.cancelLine == frame.result.line
                       ? fmt::format("pointer {} comes out in the frame that cancels its gesture", id)
                       : fmt::format("pointer {} comes out again after its gesture was cancelled at line {}", id,
                                     life.cancelLine)};
-    life.cancelled.reset();
-    if (passing == Passing::Not) return mBreaches.push_back(std::move(breach));
-    mDesigned.push_back({std::move(breach), kPassings[static_cast<size_t>(passing)]});
+    life.cancelledBy.clear();
+    if (passing.empty()) return mBreaches.push_back(std::move(breach));
+    mDesigned.push_back({std::move(breach), std::string(passing)});
+}
+
+/// Why a pointer of a cancelled gesture is out, by what the filters that cancelled it have recorded in this frame;
+/// empty where one of them says that it is not, or none is known.
+std::string_view PointerLife::passingAfterCancel(const Frame& frame, uint32_t id, const Life& life) {
+    if (removalOf(frame.result.records, id) != nullptr) return "";
+    if (life.cancelledBy.contains("slide-cover")) {
+        const Record* cover = recordOf(frame.result, id, "slide-cover");
+        return cover == nullptr ? "cover-forgot" : cover->rule;
+    }
+    if (life.cancelledBy.contains("fold-angle")) return "fold-forgot";
+    if (life.cancelledBy.contains("front-fingerprint")) return "sensor-cancel-passes";
+    return life.cancelledBy.contains("abnormal-touch") ? "abnormal-touch-passes" : "";
 }
 
 /// @param wasOut whether some pointer was out in the frame before
@@ -136,7 +157,7 @@ void PointerLife::followGesture(const Frame& frame, Hand& hand, bool wasOut) {
     bool restored = false;
     for (const auto& [id, life] : hand.lives) {
         isOut = isOut || life.out;
-        restored = restored || (life.out && frame.takers.restores(id));
+        restored = restored || (life.out && restorationOf(frame.result.records, id) != nullptr);
     }
     if (isOut && hand.torn) {
         if (!restored) {
@@ -147,21 +168,23 @@ void PointerLife::followGesture(const Frame& frame, Hand& hand, bool wasOut) {
     }
     if (!wasOut || isOut) return;
     for (const auto& [id, life] : hand.lives) {
-        if (!life.seen || life.cancelled) continue;
+        if (!life.seen || !life.cancelledBy.empty()) continue;
         if (!hand.torn) hand.torn.emplace();
-        hand.torn->add(life.absence.taker, frame.result.line);
+        if (life.absence.remover.empty()) hand.torn->unexplained = frame.result.line;
+        if (hand.torn->remover.empty()) hand.torn->remover = life.absence.remover;
     }
 }
 
-/// A breach where some frame of the absence is nobody's, else designed.
+/// A breach where some frame of the absence has no record, else designed.
 void PointerLife::tell(const Frame& frame, std::string_view rule, Course course, const Absence& absence,
                        std::string text) {
     if (absence.unexplained != 0) {
-        text += fmt::format("; no filter had a reason at line {}", absence.unexplained);
+        text += fmt::format("; no filter has recorded why at line {}", absence.unexplained);
         return mBreaches.push_back({frame.result.line, rule, std::move(text)});
     }
+    const std::string_view remover = course == Course::Restored ? "held-back" : absence.remover;
     mDesigned.push_back({{frame.result.line, rule, std::move(text)},
-                         kNames[static_cast<size_t>(absence.taker)][static_cast<size_t>(course)]});
+                         fmt::format("{}-{}", remover, endingOf(static_cast<int>(course)))});
 }
 
 }  // namespace refhost

@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "refhost/check/Breach.h"
-#include "refhost/explain/Takers.h"
 #include "refhost/play/CallResult.h"
 #include "refhost/trace/Trace.h"
 
@@ -16,30 +16,24 @@ namespace refhost {
 
 /// Something that would be a breach, were it not what a filter is for.
 struct Designed {
-    Breach breach;          ///< as it would be
-    std::string_view name;  ///< of the design, for searches: "held-back-then-late"; lives as long as the program
+    Breach breach;     ///< as it would be
+    std::string name;  ///< of the design, for searches: "held-back-then-late"
 };
 
-/// Whom to blame for the frames that a pointer is missing from.
+/// The frames that a pointer is missing from, and which filter removed it.
 struct Absence {
-    Taker taker = Taker::Nobody;  ///< of the first of them
-    uint32_t unexplained = 0;     ///< the line of the first that nobody had a reason for; 0: none
-    void add(Taker by, uint32_t line);
+    std::string_view remover;  ///< in the first of them: how names of designed findings begin; empty: no record says
+    uint32_t unexplained = 0;  ///< the line of the first frame without a record of the removal; 0: none
+    void add(const Record* removal, uint32_t line);
 };
 
-/// What becomes of pointers in the eyes of a host, and of the apps behind it, from a finger's landing to its lift:
-/// - "pointer-late"          it comes out later than its finger has landed
-/// - "pointer-lost"          it never comes out, and no filter has a reason to keep it
-/// - "pointer-torn"          it leaves while its finger is down, and no cancel took the gesture
-/// - "pointer-again"         it comes out again after that
-/// - "pointer-after-cancel"  it was out as its gesture was cancelled, and comes out again before all of the panel's
-///                           fingers are up
-/// - "gesture-torn"          all leave while fingers are down, and some come out again, none of them put back
-/// Where a filter has a reason in every frame, it is designed. One thread.
+/// What becomes of pointers in the eyes of a host, and of the apps behind it, from a finger's landing to its lift;
+/// CheckRules.h says where each rule is broken. Where the library has recorded the removal in every frame, a deviation
+/// is designed. One thread.
 class PointerLife {
   public:
-    /// Takes a frame. `takers` has heard it.
-    void check(const ProcessRawTouches& call, const CallResult& result, const Takers& takers);
+    /// Takes a frame with the library's records.
+    void check(const ProcessRawTouches& call, const CallResult& result);
     /// Begins anew: frames were broken as the host handed them in.
     void forget() { mHands.clear(); }
 
@@ -48,13 +42,13 @@ class PointerLife {
 
   private:
     struct Life {
-        int64_t landed = 0;                   ///< ns
-        uint32_t line = 0;                    ///< where it landed
-        bool out = false;                     ///< in the last frame
-        bool seen = false;                    ///< has been out
-        Absence absence;                      ///< since it was out
-        std::optional<Cancellers> cancelled;  ///< while it was out; nothing once it has come out again
-        uint32_t cancelLine = 0;              ///< of the last cancel
+        int64_t landed = 0;                      ///< ns
+        uint32_t line = 0;                       ///< where it landed
+        bool out = false;                        ///< in the last frame
+        bool seen = false;                       ///< has been out
+        Absence absence;                         ///< since it was out
+        std::set<std::string_view> cancelledBy;  ///< filters, while it was out; none once it has come out again
+        uint32_t cancelLine = 0;                 ///< of the last cancel
     };
 
     /// The fingers of one panel that are down.
@@ -67,7 +61,6 @@ class PointerLife {
     struct Frame {
         const ProcessRawTouches& call;
         const CallResult& result;
-        const Takers& takers;
         bool out(uint32_t id) const { return result.frame.frame.touchingIdBits.hasBit(id); }
     };
 
@@ -78,6 +71,7 @@ class PointerLife {
     void follow(const Frame& frame, uint32_t id, Life& life);
     void comeOut(const Frame& frame, uint32_t id, Life& life);
     void comeOutAfterCancel(const Frame& frame, uint32_t id, Life& life);
+    static std::string_view passingAfterCancel(const Frame& frame, uint32_t id, const Life& life);
     void leave(const Frame& frame, uint32_t id, Life& life);
     void followGesture(const Frame& frame, Hand& hand, bool wasOut);
     void tell(const Frame& frame, std::string_view rule, Course course, const Absence& absence, std::string text);

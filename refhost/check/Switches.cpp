@@ -1,7 +1,6 @@
 #include "refhost/check/Switches.h"
 
 #include "refhost/play/LogLines.h"
-#include "refhost/play/StoryWords.h"
 
 namespace refhost {
 

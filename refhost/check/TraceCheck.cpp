@@ -13,19 +13,20 @@ bool namesItsFingers(const ProcessRawTouches& call) {
 
 void TraceCheck::hear(const TraceLine& line, const CallResult& result) {
     mContract.hear(line, result);
-    mTakers.hear(line, result);
     if (const auto* frame = std::get_if<ProcessRawTouches>(&line.event)) follow(*frame, result);
     const auto gather = [&](const Breaches& from, size_t& gathered) {
         for (; gathered < from.size(); ++gathered) mBreaches.push_back(from[gathered]);
     };
     gather(mContract.breaches(), mOfContract);
     gather(mLives.breaches(), mOfLives);
+    mRecords.remember(line);
+    if (mContract.isSound()) mRecords.check(line, result, mBreaches);
 }
 
 void TraceCheck::follow(const ProcessRawTouches& call, const CallResult& result) {
     mNamed = namesItsFingers(call) && (mNamed || call.frame.touchingIdBits.isEmpty());
     if (mNamed && mContract.isSound()) {
-        mLives.check(call, result, mTakers);
+        mLives.check(call, result);
     } else {
         mLives.forget();
     }

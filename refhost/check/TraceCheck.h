@@ -5,7 +5,7 @@
 #include "refhost/check/Breach.h"
 #include "refhost/check/Contract.h"
 #include "refhost/check/PointerLife.h"
-#include "refhost/explain/Takers.h"
+#include "refhost/check/RecordRules.h"
 
 namespace refhost {
 
@@ -13,7 +13,7 @@ namespace refhost {
 /// them. One thread.
 class TraceCheck {
   public:
-    explicit TraceCheck(const TraceHeader& header) : mContract(header), mTakers(header) {}
+    explicit TraceCheck(const TraceHeader& header) : mContract(header) {}
 
     /// Takes the next line of the trace, with what came back from it. Lines come in the order in which they are played.
     void hear(const TraceLine& line, const CallResult& result);
@@ -27,7 +27,7 @@ class TraceCheck {
     void follow(const ProcessRawTouches& call, const CallResult& result);
 
     Contract mContract;
-    Takers mTakers;
+    RecordRules mRecords;
     PointerLife mLives;
     Breaches mBreaches;
     bool mNamed = true;      ///< every frame of the gesture in progress has named its fingers

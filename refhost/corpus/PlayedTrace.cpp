@@ -1,22 +1,33 @@
 #include "refhost/corpus/PlayedTrace.h"
 
+#include <algorithm>
 #include <chrono>
 #include <exception>
 
 #include "refhost/check/TraceCheck.h"
-#include "refhost/play/Player.h"
-#include "refhost/play/Story.h"
+#include "refhost/play/DecisionLog.h"
+#include "refhost/play/Playback.h"
 #include "refhost/trace/TraceReader.h"
 
 namespace refhost {
 
 namespace {
 
+int64_t latest(const std::vector<int64_t>& ns) { return ns.empty() ? 0 : *std::max_element(ns.begin(), ns.end()); }
+
 PlayedTrace::Counts countsOf(const Summary& summary) {
+    const FingerSummary& fingers = summary.fingers;
     return {.frames = summary.frames,
+            .fingers = fingers.total(),
+            .kept = fingers.kept,
+            .lost = fingers.lost,
+            .restored = fingers.restoredLate.size(),
+            .letThrough = fingers.letThroughLate.size(),
+            .interrupted = fingers.interrupted,
+            .fingersCancelled = fingers.cancelled,
+            .latestNs = std::max(latest(fingers.restoredLate), latest(fingers.letThroughLate)),
             .pointersJudged = summary.pointersJudged,
             .pointersRemoved = summary.pointersRemoved,
-            .restored = summary.restored,
             .cancelled = summary.gesturesCancelled,
             .reports = summary.reports,
             .keysConsumed = summary.keysConsumed,
@@ -29,16 +40,14 @@ PlayedTrace::Counts countsOf(const Summary& summary) {
 void play(const std::string& path, const std::string& pluginPath, PlayedTrace& played) {
     TraceReader trace(path);
     Player player(trace.header(), pluginPath);
-    Story story;
+    DecisionLog decisions;
     TraceCheck check(trace.header());
     VerdictCollector verdicts;
-    TraceLine line;
-    while (trace.next(line)) {
-        const CallResult& result = player.play(line);
+    playLines(trace, player, nullptr, [&](const TraceLine& line, const CallResult& result) {
         check.hear(line, result);
-        verdicts.hear(line, story.tell(line, result));
-    }
-    played.counts = countsOf(story.summary());
+        verdicts.hear(line, decisions.onLine(line, result));
+    });
+    played.counts = countsOf(decisions.summary());
     played.verdicts = verdicts.verdicts();
     for (const auto& [at, rule, text] : check.breaches()) played.breaches.push_back({at, std::string(rule), text});
 }
@@ -47,6 +56,13 @@ void play(const std::string& path, const std::string& pluginPath, PlayedTrace& p
 
 PlayedTrace::Counts& PlayedTrace::Counts::operator+=(const Counts& other) {
     frames += other.frames;
+    fingers += other.fingers;
+    kept += other.kept;
+    fingersCancelled += other.fingersCancelled;
+    lost += other.lost;
+    letThrough += other.letThrough;
+    interrupted += other.interrupted;
+    latestNs = std::max(latestNs, other.latestNs);
     pointersJudged += other.pointersJudged;
     pointersRemoved += other.pointersRemoved;
     restored += other.restored;

@@ -12,12 +12,19 @@ namespace refhost {
 
 /// What came of a trace that was played and held against what a host relies on.
 struct PlayedTrace {
-    /// As the story's summary has them.
+    /// As the decision log's summary has them.
     struct Counts {
         uint64_t frames = 0;
+        uint64_t fingers = 0;           ///< each counts once, from landing to lift; the next six add up to these
+        uint64_t kept = 0;              ///< apps saw it from landing to lift
+        uint64_t lost = 0;              ///< no app saw it
+        uint64_t restored = 0;          ///< apps saw it late, from where it landed
+        uint64_t letThrough = 0;        ///< apps saw it late, from where it then was
+        uint64_t interrupted = 0;       ///< it was taken out while apps saw it, without a cancel
+        uint64_t fingersCancelled = 0;  ///< apps saw it, and its gesture was cancelled
+        int64_t latestNs = 0;           ///< ns: the longest time from a landing until apps saw the finger
         uint64_t pointersJudged = 0;
         uint64_t pointersRemoved = 0;
-        uint64_t restored = 0;
         uint64_t cancelled = 0;  ///< gestures
         uint64_t reports = 0;
         uint64_t keysConsumed = 0;

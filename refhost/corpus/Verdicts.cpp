@@ -14,8 +14,8 @@ std::string secondsOf(const Decision& decision) {
 
 /// The text of a report is what the host gets, so it is part of the fate.
 std::string fateOf(const Decision& decision) {
-    std::string fate(wordOf(decision.fate));
-    if (decision.fate == Fate::Reported) fate += " " + onOneLine(decision.words);
+    std::string fate(wordOf(decision.outcome));
+    if (decision.outcome == Outcome::Reported) fate += " " + onOneLine(decision.message);
     return fate;
 }
 
@@ -24,8 +24,8 @@ std::string fateOf(const Decision& decision) {
 void VerdictCollector::hear(const TraceLine& line, const Decisions& decisions) {
     if (const auto* frame = std::get_if<ProcessRawTouches>(&line.event)) forgetLifted(*frame);
     for (const Decision& decision : decisions) {
-        if (decision.fate == Fate::Noted) continue;
-        decision.about.fingers.isEmpty() ? addToKeys(decision) : addToFingers(decision);
+        if (decision.outcome == Outcome::Noted) continue;
+        decision.target.pointers.isEmpty() ? addToKeys(decision) : addToFingers(decision);
     }
 }
 
@@ -37,20 +37,20 @@ void VerdictCollector::forgetLifted(const ProcessRawTouches& call) {
 }
 
 void VerdictCollector::addToFingers(const Decision& decision) {
-    for (uint32_t id : decision.about.fingers) {
-        const auto [known, isNew] = mFingers.try_emplace({decision.about.device, id}, mVerdicts.size());
+    for (uint32_t id : decision.target.pointers) {
+        const auto [known, isNew] = mFingers.try_emplace({decision.target.device, id}, mVerdicts.size());
         isNew ? open(decision) : goOn(known->second, decision);
     }
 }
 
 void VerdictCollector::addToKeys(const Decision& decision) {
-    const bool endsWaiting = decision.fate == Fate::ReSent || decision.fate == Fate::Dropped;
-    if (endsWaiting && mWaiting && mWaiting->first == decision.about.key) {
+    const bool endsWaiting = decision.outcome == Outcome::ReSent || decision.outcome == Outcome::Dropped;
+    if (endsWaiting && mWaiting && mWaiting->first == decision.target.key) {
         goOn(mWaiting->second, decision);
         mWaiting.reset();
         return;
     }
-    if (decision.fate == Fate::HeldBack) mWaiting = {decision.about.key, mVerdicts.size()};
+    if (decision.outcome == Outcome::HeldBack) mWaiting = {decision.target.key, mVerdicts.size()};
     open(decision);
 }
 

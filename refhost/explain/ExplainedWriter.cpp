@@ -3,46 +3,59 @@
 #include <cmath>
 #include <string>
 
-#include "refhost/explain/Thresholds.h"
+#include "refhost/play/RecordWriter.h"
 
 namespace refhost {
 
 namespace {
 
-/// A number with its unit, the digits of a float's noise left out.
+/// A number with its unit, the digits of a float's noise left out. Times in ns are shown in ms.
 std::string number(double value, std::string_view unit) {
-    return fmt::format("{:.6f}", value).find(".000000") != std::string::npos
-               ? fmt::format("{:.0f}{}{}", value, unit.empty() ? "" : " ", unit)
-               : fmt::format("{:.3f}{}{}", value, unit.empty() ? "" : " ", unit);
+    if (unit == "ns") return number(value / 1e6, "ms");
+    const bool isWhole = fmt::format("{:.6f}", value).find(".000000") != std::string::npos;
+    return fmt::format("{:.{}f}{}{}", value, isWhole ? 0 : 3, unit.empty() ? "" : " ", unit);
 }
 
-bool isFlag(const Range& range) { return range.least == kFlagSet.least && range.most == kFlagSet.most; }
-
-std::string rangeOf(const Measure& measure) {
-    const auto& [least, most] = measure.range;
-    if (isFlag(measure.range)) return "set";
-    if (std::isinf(least)) return "at most " + number(most, measure.unit);
-    if (std::isinf(most)) return "at least " + number(least, measure.unit);
-    return number(least, "") + " to " + number(most, measure.unit);
+/// The same without its unit.
+std::string bareNumber(double value, std::string_view unit) {
+    return unit == "ns" ? number(value / 1e6, "") : number(value, "");
 }
 
-std::string marginOf(const Measure& measure) {
-    const double margin = measure.margin();
-    if (isFlag(measure.range)) return measure.holds() ? "yes" : "no";
-    const bool twoEnds = !std::isinf(measure.range.least) && !std::isinf(measure.range.most);
-    if (margin >= 0 && twoEnds) {
-        return fmt::format("yes, by {} and {}", number(measure.value - measure.range.least, ""),
-                           number(measure.range.most - measure.value, measure.unit));
+std::string rangeOf(const Measurement& measured) {
+    const auto& [least, most] = std::pair(measured.least, measured.most);
+    if (isFlag(measured)) return "set";
+    if (isFact(measured)) return "";
+    if (std::isinf(least)) return "at most " + number(most, measured.unit);
+    if (std::isinf(most)) return "at least " + number(least, measured.unit);
+    return bareNumber(least, measured.unit) + " to " + number(most, measured.unit);
+}
+
+std::string marginText(const Measurement& measured) {
+    if (isFact(measured)) return "";
+    if (isFlag(measured)) return measured.holds ? "yes" : "no";
+    const double margin = marginOf(measured);
+    const bool hasTwoEnds = !std::isinf(measured.least) && !std::isinf(measured.most);
+    if (margin >= 0 && hasTwoEnds) {
+        return fmt::format("yes, by {} and {}", bareNumber(measured.value - measured.least, measured.unit),
+                           number(measured.most - measured.value, measured.unit));
     }
-    if (margin >= 0) return "yes, by " + number(margin, measure.unit);
-    return fmt::format("no, {} too {}", number(-margin, measure.unit),
-                       measure.value < measure.range.least ? "little" : "much");
+    if (margin >= 0) return "yes, by " + number(margin, measured.unit);
+    return fmt::format("no, {} too {}", number(-margin, measured.unit),
+                       measured.value < measured.least ? "little" : "much");
 }
 
-void writeEnd(TextBuffer& out, std::string_view key, double end) {
-    append(out, FMT_COMPILE(R"("{}":)"), key);
-    if (std::isinf(end)) return append(out, "null,");
-    append(out, FMT_COMPILE("{},"), end);
+/// "key 516 at 60.000 s, fixed": what the value counts from, and what can change the range.
+std::string originOf(const Measurement& measured) {
+    std::string text;
+    const android::MeasurementCause& cause = measured.cause;
+    if (cause.event != nullptr) {
+        text = cause.event;
+        if (cause.keyCode != 0) text += fmt::format(" {}", cause.keyCode);
+        text += fmt::format(" at {:.3f} s", static_cast<double>(cause.when) / 1e9);
+    }
+    if (measured.setting != nullptr) return text + (text.empty() ? "" : ", ") + "setting " + measured.setting;
+    if (isFact(measured) || isFlag(measured)) return text;
+    return text + (text.empty() ? "" : ", ") + "fixed";
 }
 
 }  // namespace
@@ -50,34 +63,34 @@ void writeEnd(TextBuffer& out, std::string_view key, double end) {
 void writeExplained(TextBuffer& out, std::string_view kind, const Explained& explained) {
     const Decision& decision = explained.decision;
     append(out, FMT_COMPILE(R"({{"kind":"{}","time":{},"verdict":"{}","subject":)"), kind, decision.when,
-           wordOf(decision.fate));
+           wordOf(decision.outcome));
     appendJson(out, decision.subject);
     append(out, R"(,"device":)");
-    append(out, decision.about.device ? std::to_string(*decision.about.device) : "null");
+    append(out, decision.target.device ? std::to_string(*decision.target.device) : "null");
     append(out, R"(,"ids":)");
-    appendJson(out, decision.about.fingers);
+    appendJson(out, decision.target.pointers);
     append(out, R"(,"key":)");
-    append(out, decision.about.key ? std::to_string(*decision.about.key) : "null");
-    append(out, FMT_COMPILE(R"(,"rule":"{}","words":)"), explained.reason.rule);
-    appendJson(out, decision.words);
+    append(out, decision.target.key ? std::to_string(*decision.target.key) : "null");
+    append(out, R"(,"filter":)");
+    appendJson(out, decision.filter);
+    append(out, R"(,"rule":)");
+    appendJson(out, decision.rule);
+    append(out, R"(,"words":)");
+    appendJson(out, decision.message);
     append(out, R"(,"measures":)");
-    appendJsonArray(out, explained.reason.measures, [&](const Measure& measure) {
-        append(out, FMT_COMPILE(R"({{"name":"{}","value":{},)"), measure.name, measure.value);
-        writeEnd(out, "least", measure.range.least);
-        writeEnd(out, "most", measure.range.most);
-        append(out, FMT_COMPILE(R"("unit":"{}","holds":{},"margin":{}}})"), measure.unit, measure.holds(),
-               measure.margin());
-    });
+    writeMeasurements(out, decision.measurements);
     append(out, R"(,"log":)");
     appendJsonArray(out, explained.log, [&](const LogEntry& entry) { appendJson(out, entry.text); });
     append(out, "}\n");
 }
 
-void tellExplained(TextBuffer& out, const Explained& explained) {
-    append(out, FMT_COMPILE("{:15}rule  {}\n"), "", explained.reason.rule);
-    for (const Measure& measure : explained.reason.measures) {
-        append(out, FMT_COMPILE("{:21}{:<30}{:<11}{:<18}{}\n"), "", measure.name, number(measure.value, measure.unit),
-               rangeOf(measure), marginOf(measure));
+void printReason(TextBuffer& out, const Explained& explained) {
+    append(out, FMT_COMPILE("{:15}rule  {}\n"), "", explained.decision.rule);
+    for (const Measurement& each : explained.decision.measurements) {
+        std::string line = fmt::format("{:21}{:<29} {:<10} {:<17} {:<26} {}", "", each.name,
+                                       number(each.value, each.unit), rangeOf(each), marginText(each), originOf(each));
+        line.erase(line.find_last_not_of(' ') + 1);
+        append(out, FMT_COMPILE("{}\n"), line);
     }
     for (const LogEntry& entry : explained.log) append(out, FMT_COMPILE("{:15}log   {}\n"), "", entry.text);
 }

@@ -9,6 +9,7 @@
 #include "aft/host/NotifyKeyArgs.h"
 #include "aft/host/RawPointerData.h"
 #include "refhost/play/HostDevice.h"
+#include "refhost/play/Record.h"
 
 namespace refhost {
 
@@ -35,6 +36,7 @@ struct CallResult {
     FrameResult frame;
     Requests requests;
     std::vector<LogEntry> log;
+    std::vector<Record> records;        ///< decisions that the library recorded, in order
     std::optional<int64_t> durationNs;  ///< of a call into the plug-in, on the real clock; platform lines have none
 };
 

@@ -8,6 +8,11 @@
 
 namespace refhost {
 
+/// The tags under which the filters log.
+inline constexpr std::string_view kFrontFpTag = "ZqFrontFPAftProcessor";
+inline constexpr std::string_view kCoverTag = "ZqSCAftProcessor";
+inline constexpr std::string_view kFoldTag = "ZqFoldableDeviceAftProcessor";
+
 /// How many lines of a call were logged under this tag and begin and end so. Where they hold a window's name, it stands
 /// between the two: a name, which may hold anything, passes for no other line.
 inline size_t countLines(const CallResult& result, std::string_view tag, std::string_view begin,

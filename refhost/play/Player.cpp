@@ -8,6 +8,10 @@
 #include "platform/control/SensorService.h"
 #include "platform/control/VirtualClock.h"
 
+/// What the plug-in imports to report its decisions: the programs that play traces export it. It stands with its user:
+/// a linker would not look for it in a library of its own, since all that refers to it does so weakly.
+std::atomic<const android::DecisionListener*> aft_decision_listener_1 = nullptr;
+
 namespace refhost {
 
 namespace sensors = aftplatform::sensors;
@@ -15,7 +19,7 @@ using android::InputWindowHandle;
 using android::NotifyKeyArgs;
 using android::sp;
 
-Player::World::World(const TraceHeader& header) {
+Player::World::World(const TraceHeader& header, Listening listening) {
     aftplatform::setVirtualTime(0);
     aftplatform::setLogSink([this](const aftplatform::LogLine& line) {
         result.log.push_back({line.priority, std::string(line.tag), std::string(line.text)});
@@ -25,24 +29,41 @@ Player::World::World(const TraceHeader& header) {
     sensors::reset();
     sensors::setDelivery(sensors::Delivery::Direct);
     sensors::setListener([this](const sensors::Reached& call) { result.requests.service.push_back(call); });
-    if (!header.sensors) return;
-    sensors::offer(*header.sensors);
-    sensors::setPresent(true);
+    if (header.sensors) {
+        sensors::offer(*header.sensors);
+        sensors::setPresent(true);
+    }
+    if (listening == Listening::On) aft_decision_listener_1.store(&mListener, std::memory_order_release);
+}
+
+void Player::World::onDecision(const android::DecisionRecord& made, void* world) {
+    CallResult& result = static_cast<World*>(world)->result;
+    const std::string_view lastLine = result.log.empty() ? std::string_view() : result.log.back().text;
+    result.records.push_back(recordOf(made, lastLine));
+    const HandedIn& handedIn = static_cast<World*>(world)->handedIn;
+    for (Measurement& measured : result.records.back().measurements) {
+        android::MeasurementCause& cause = measured.cause;
+        const std::string_view event = cause.event != nullptr ? cause.event : "";
+        if (event == "key" || event == "landing") cause.when = handedIn.exactly(cause.keyCode, cause.when);
+    }
 }
 
 Player::World::~World() {
+    aft_decision_listener_1.store(nullptr, std::memory_order_release);
     sensors::reset();
     aftplatform::setLogSink({});
     aftplatform::useRealClock();
 }
 
-Player::Player(const TraceHeader& header, const std::string& pluginPath) : mWorld(header), mPlugin(pluginPath) {
+Player::Player(const TraceHeader& header, const std::string& pluginPath, Listening listening)
+    : mWorld(header, listening), mPlugin(pluginPath) {
     for (const DeviceDescription& device : header.devices) {
         mDevices.push_back(std::make_unique<HostDevice>(device, mResult.requests));
     }
 }
 
 Player::~Player() {
+    aft_decision_listener_1.store(nullptr, std::memory_order_release);
     sensors::reset();  // what the service holds of the plug-in is code that goes with it
 }
 
@@ -52,7 +73,9 @@ const CallResult& Player::play(const TraceLine& line) {
     mResult.hasFrame = false;
     mResult.requests.clear();
     mResult.log.clear();
+    mResult.records.clear();
     mResult.durationNs.reset();
+    mWorld.handedIn.add(line.event);
     if (line.t) aftplatform::setVirtualTime(*line.t);
     std::visit([this](const auto& event) { play(event); }, line.event);
     return mResult;

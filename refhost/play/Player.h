@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "refhost/play/CallResult.h"
+#include "refhost/play/HandedIn.h"
 #include "refhost/play/Plugin.h"
 #include "refhost/trace/Trace.h"
 
@@ -16,8 +17,11 @@ namespace refhost {
 /// sends arrives before the line is over. One per process, since the plug-in reads the properties once. One thread.
 class Player {
   public:
+    /// Whether the plug-in's decisions are recorded.
+    enum class Listening { Off, On };
+
     /// Sets the header's properties and sensors, then loads the plug-in. Throws PluginError.
-    Player(const TraceHeader& header, const std::string& pluginPath);
+    Player(const TraceHeader& header, const std::string& pluginPath, Listening listening = Listening::On);
     ~Player();
     Player(const Player&) = delete;
     Player& operator=(const Player&) = delete;
@@ -29,12 +33,18 @@ class Player {
     /// The world that has to stand before the plug-in is loaded, and until it has been unloaded.
     class World {
       public:
-        explicit World(const TraceHeader& header);
+        World(const TraceHeader& header, Listening listening);
         ~World();
         World(const World&) = delete;
         World& operator=(const World&) = delete;
 
         CallResult result;
+        HandedIn handedIn;
+
+      private:
+        /// The library reports its decisions here.
+        static void onDecision(const android::DecisionRecord& made, void* world);
+        const android::DecisionListener mListener{&World::onDecision, this};
     };
 
     android::InputMapper* mapper(const DeviceRef& device);

@@ -1,6 +1,7 @@
 #include "refhost/play/ResultWriter.h"
 
 #include "platform/control/LogSink.h"
+#include "refhost/play/RecordWriter.h"
 #include "refhost/trace/SensorNames.h"
 
 namespace refhost {
@@ -85,6 +86,8 @@ void writeResult(TextBuffer& out, const CallResult& result) {
         appendJson(out, entry.text);
         out.push_back('}');
     });
+    append(out, R"(,"decisions":)");
+    appendJsonArray(out, result.records, [&](const Record& record) { writeRecord(out, record); });
     append(out, "}\n");
 }
 

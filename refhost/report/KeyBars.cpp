@@ -14,17 +14,17 @@ void KeyBars::hear(const ProcessKey& call, const std::vector<Explained>& decisio
         return;
     }
     for (const Explained& explained : decisions) {
-        if (explained.decision.about.key != call.keyCode) continue;
+        if (explained.decision.target.key != call.keyCode) continue;
         mDown.insert_or_assign(whose, mKeys.size());
-        if (explained.decision.fate == Fate::HeldBack) mWaiting = mKeys.size();
-        mKeys.push_back({call.device, call.keyCode, call.when, {}, explained.decision.fate, {}});
+        if (explained.decision.outcome == Outcome::HeldBack) mWaiting = mKeys.size();
+        mKeys.push_back({call.device, call.keyCode, call.when, {}, explained.decision.outcome, {}});
     }
 }
 
 void KeyBars::hear(const std::vector<Explained>& decisions) {
     for (const Explained& explained : decisions) {
-        const Fate fate = explained.decision.fate;
-        if (!mWaiting || (fate != Fate::ReSent && fate != Fate::Dropped)) continue;
+        const Outcome fate = explained.decision.outcome;
+        if (!mWaiting || (fate != Outcome::ReSent && fate != Outcome::Dropped)) continue;
         mKeys[*mWaiting].end = {explained.decision.when, fate};
         mWaiting.reset();
     }

@@ -31,8 +31,8 @@ class KeyBars {
         int32_t code = 0;
         int64_t down = 0;  ///< ns, as the others
         std::optional<int64_t> up;
-        Fate fate = Fate::Dispatched;
-        std::optional<std::pair<int64_t, Fate>> end;  ///< of its wait
+        Outcome fate = Outcome::Dispatched;
+        std::optional<std::pair<int64_t, Outcome>> end;  ///< of its wait
     };
     using Whose = std::pair<DeviceRef, int32_t>;
 

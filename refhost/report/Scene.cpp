@@ -39,11 +39,33 @@ ProcessInputWindow thoseThatMatter(const ProcessInputWindow& call) {
 }  // namespace
 
 void Scene::hear(int64_t now, const TraceLine& line, const CallResult& result) {
-    mPhone.hear(line, result);
+    for (const Record& record : result.records) {
+        if (record.outcome == RecordOutcome::Noted) place(record);
+    }
     if (std::holds_alternative<ConfigureSurface>(line.event)) addSurface(now, line);
     if (const auto* windows = std::get_if<ProcessInputWindow>(&line.event)) addWindows(now, *windows);
     const bool quiet = std::holds_alternative<ProcessRawTouches>(line.event) && !mPlacesNow.empty();
     if (!quiet || !result.log.empty()) addPlaces(now);
+}
+
+void Scene::place(const Record& record) {
+    const auto value = [&](std::string_view name) {
+        const Measurement* measured = find(record.measurements, name);
+        return measured != nullptr ? static_cast<int32_t>(measured->value) : 0;
+    };
+    if (record.rule == "area-placed") {
+        mArea = {value("area left"), value("area top"), value("area right"), value("area bottom")};
+        mCentralArea = {value("central left"), value("central top"), value("central right"), value("central bottom")};
+    } else if (record.rule == "area-off") {
+        mArea.reset();
+        mCentralArea.reset();
+    } else if (record.rule == "navigation-bar-preferred" || record.rule == "navigation-bar-not-preferred") {
+        mPrefersNavigationBar = record.rule == "navigation-bar-preferred";
+    } else if (record.rule == "notch-surface" && value("landscape") != 0) {
+        mNotchBottom[record.device] = value("notch band bottom");
+    } else if (record.rule == "notch-surface") {
+        mNotchBottom.erase(record.device);
+    }
 }
 
 void Scene::addSurface(int64_t now, const TraceLine& line) {
@@ -65,18 +87,16 @@ void Scene::addWindows(int64_t now, const ProcessInputWindow& call) {
 void Scene::addPlaces(int64_t now) {
     TextBuffer places;
     append(places, R"("area":)");
-    appendArea(places, mPhone.area());
+    appendArea(places, mArea);
     append(places, R"(,"central":)");
-    appendArea(places, mPhone.area() ? mPhone.centralArea() : std::nullopt);
+    appendArea(places, mCentralArea);
     append(places, R"(,"notch":{)");
     char separator = ' ';
-    for (const auto& [device, surface] : mSurfaceOf) {
-        const auto height = mPhone.notchOn(device);
-        if (!height) continue;
-        append(places, FMT_COMPILE(R"({}"{}":{})"), separator, *device, *height);
+    for (const auto& [device, bottom] : mNotchBottom) {
+        append(places, FMT_COMPILE(R"({}"{}":{})"), separator, device.value_or(0), bottom);
         separator = ',';
     }
-    append(places, FMT_COMPILE(R"(}},"navigationBar":{})"), mPhone.prefersNavigationBar());
+    append(places, FMT_COMPILE(R"(}},"navigationBar":{})"), mPrefersNavigationBar);
     std::string asBefore(places.data(), places.size());
     if (mPlacesNow == asBefore) return;
     mPlacesNow = std::move(asBefore);

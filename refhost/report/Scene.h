@@ -2,9 +2,10 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 
-#include "refhost/explain/Phone.h"
+#include "aft/host/AftArea.h"
 #include "refhost/play/CallResult.h"
 #include "refhost/report/JsonList.h"
 #include "refhost/trace/Trace.h"
@@ -15,8 +16,6 @@ namespace refhost {
 /// matter to them. One thread.
 class Scene {
   public:
-    explicit Scene(const TraceHeader& header) : mPhone(header) {}
-
     /// @param now ns, the trace's clock
     void hear(int64_t now, const TraceLine& line, const CallResult& result);
 
@@ -32,8 +31,14 @@ class Scene {
     void addSurface(int64_t now, const TraceLine& line);
     void addWindows(int64_t now, const ProcessInputWindow& call);
     void addPlaces(int64_t now);
+    void place(const Record& record);
 
-    Phone mPhone;
+    // As the library recorded them last; nothing where a filter is off.
+    std::optional<android::AftArea> mArea;
+    std::optional<android::AftArea> mCentralArea;
+    std::map<DeviceRef, int32_t> mNotchBottom;  ///< of the panels that are held in landscape
+    bool mPrefersNavigationBar = false;
+
     std::map<DeviceRef, std::string> mSurfaceOf;  ///< as written last
     std::string mWindowsNow;
     std::string mPlacesNow;

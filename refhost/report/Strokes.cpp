@@ -14,12 +14,12 @@ constexpr double kUnseenPart = 1.0 / 8192;
 
 /// Whether a finger's state is another from this decision on; others speak of how it stays.
 bool changes(const Decision& decision, bool landed) {
-    switch (decision.fate) {
-        case Fate::Kept: return landed;
-        case Fate::HeldBack:
-        case Fate::Restored:
-        case Fate::LetThrough:
-        case Fate::Cancelled: return true;
+    switch (decision.outcome) {
+        case Outcome::Kept: return landed;
+        case Outcome::HeldBack:
+        case Outcome::Restored:
+        case Outcome::LetThrough:
+        case Outcome::Cancelled: return true;
         default: return false;
     }
 }
@@ -38,13 +38,12 @@ void Strokes::hear(const ProcessRawTouches& call, const std::vector<Explained>& 
         if (came == nullptr) continue;
         const auto tolerance = mTolerances.try_emplace(call.device, kLessThanHalf).first->second;
         const auto [known, landed] = mDown.try_emplace({call.device, id}, tolerance);
-        mCount += landed;
         Stroke& stroke = known->second;
         const int64_t when = landed ? call.when : std::max(call.when, stroke.last.time);
         stroke.follow({when, static_cast<double>(came->x), static_cast<double>(came->y)});
     }
     for (const Explained& explained : decisions) {
-        for (uint32_t id : explained.decision.about.fingers) {
+        for (uint32_t id : explained.decision.target.pointers) {
             const auto whose = mDown.find({call.device, id});
             if (whose != mDown.end()) whose->second.turn(explained.decision);
         }
@@ -60,9 +59,9 @@ void Strokes::Stroke::turn(const Decision& decision) {
     if (!changes(decision, states.empty())) return;
     keep(thinner.end());  // where a state begins, the path has a point
     if (!states.empty() && states.back().first == last.time) {
-        states.back().second = decision.fate;
+        states.back().second = decision.outcome;
     } else {
-        states.emplace_back(last.time, decision.fate);
+        states.emplace_back(last.time, decision.outcome);
     }
 }
 

@@ -27,15 +27,13 @@ class Strokes {
     /// null where there is none.
     void write(TextBuffer& out) const;
 
-    size_t count() const { return mCount; }
-
   private:
     struct Stroke {
         explicit Stroke(double tolerance) : thinner(tolerance) {}
 
         PathThinner thinner;
         std::vector<PathPoint> points;
-        std::vector<std::pair<int64_t, Fate>> states;  ///< since when
+        std::vector<std::pair<int64_t, Outcome>> states;  ///< since when
         PathPoint last;
 
         void keep(const std::optional<PathPoint>& point) {
@@ -52,7 +50,6 @@ class Strokes {
     std::map<DeviceRef, double> mTolerances;
     std::map<Whose, Stroke> mDown;
     JsonList mEnded;
-    size_t mCount = 0;
 };
 
 }  // namespace refhost

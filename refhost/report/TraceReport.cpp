@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "refhost/explain/ExplainedWriter.h"
-#include "refhost/explain/RuleMeanings.h"
+#include "refhost/explain/RuleMeaning.h"
 #include "refhost/report/Page.h"
 
 namespace refhost {
@@ -46,7 +46,7 @@ void appendForHtml(TextBuffer& out, std::string_view text) {
 void TraceReport::hear(const TraceLine& line, const CallResult& result) {
     if (line.t) mClock = line.t;
     const int64_t now = mClock.value_or(0);
-    const std::vector<Explained>& decisions = mExplainer.explain(line, result);
+    const std::vector<Explained>& decisions = mExplainer.onLine(line, result);
     mScene.hear(now, line, result);
     std::optional<int64_t> when = mClock;
     if (const auto* frame = std::get_if<ProcessRawTouches>(&line.event)) {
@@ -64,7 +64,7 @@ void TraceReport::hear(const TraceLine& line, const CallResult& result) {
     mLast = std::max(mLast, when.value_or(0));
     for (const Explained& explained : decisions) {
         writeExplained(mDecisions.next(), "decision", explained);
-        mRules.insert(explained.reason.rule);
+        if (!meaningOf(explained.decision.rule).empty()) mRules.insert(explained.decision.rule);
     }
 }
 
@@ -76,11 +76,12 @@ void TraceReport::hearFrame(const ProcessRawTouches& call, const std::vector<Exp
 }
 
 void TraceReport::writeSummary(TextBuffer& out) const {
-    const Summary& all = summary();
-    append(out, FMT_COMPILE(R"("summary":{{"frames":{},"fingers":{},"pointersJudged":{},"pointersRemoved":{},)"),
-           all.frames, mStrokes.count(), all.pointersJudged, all.pointersRemoved);
-    append(out, FMT_COMPILE(R"("restored":{},"gesturesCancelled":{},"reports":{},"keysConsumed":{},)"), all.restored,
-           all.gesturesCancelled, all.reports, all.keysConsumed);
+    const Summary all = summary();
+    append(out, FMT_COMPILE(R"("summary":{{"frames":{},"fingers":)"), all.frames);
+    appendJson(out, all.fingers.text());
+    append(out, FMT_COMPILE(R"(,"pointersJudged":{},"pointersRemoved":{},)"), all.pointersJudged, all.pointersRemoved);
+    append(out, FMT_COMPILE(R"("gesturesCancelled":{},"reports":{},"keysConsumed":{},)"), all.gesturesCancelled,
+           all.reports, all.keysConsumed);
     append(out, FMT_COMPILE(R"("keysHeldBack":{},"keysReSent":{},"keysDropped":{},"keysDispatched":{},)"),
            all.keysHeldBack, all.keysReSent, all.keysDropped, all.keysDispatched);
     append(out, R"("filterOff":)");

@@ -20,7 +20,7 @@ namespace refhost {
 /// keys and sensors. It grows with what happened, not with how often that was sampled. One thread.
 class TraceReport {
   public:
-    explicit TraceReport(const TraceHeader& header) : mHeader(header), mExplainer(header), mScene(header) {}
+    explicit TraceReport(const TraceHeader& header) : mHeader(header) {}
 
     void hear(const TraceLine& line, const CallResult& result);
 
@@ -28,7 +28,7 @@ class TraceReport {
     /// @param name of the trace, as a reader knows it
     void writePage(TextBuffer& out, std::string_view name) const;
 
-    const Summary& summary() const { return mExplainer.summary(); }
+    Summary summary() const { return mExplainer.summary(); }
 
   private:
     void hearFrame(const ProcessRawTouches& call, const std::vector<Explained>& decisions);
@@ -43,7 +43,7 @@ class TraceReport {
     KeyBars mKeys;
     SensorCurves mSensors;
     JsonList mDecisions;
-    std::set<std::string_view> mRules;  ///< of these
+    std::set<std::string_view> mRules;  ///< of mDecisions, without those of another build
     DurationHistogram mBetweenFrames;   ///< ns, of frames with a finger
     std::optional<int64_t> mLastFrame;
     std::optional<int64_t> mClock;  ///< ns, the trace's; nothing before the first line that says

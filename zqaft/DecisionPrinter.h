@@ -1,14 +1,14 @@
 #pragma once
 
-#include "refhost/play/Story.h"
+#include "refhost/play/DecisionLog.h"
 #include "zqaft/Output.h"
 
 namespace zqaft {
 
-/// Writes a story for people: a line per decision, then the summary.
-class StoryPrinter {
+/// Writes decisions for people: a line for each, then the summary.
+class DecisionPrinter {
   public:
-    StoryPrinter(Output& out, bool colours) : mOut(out), mColours(colours) {}
+    DecisionPrinter(Output& out, bool colours) : mOut(out), mColours(colours) {}
 
     void print(const refhost::Decision& decision);
     void print(const refhost::Summary& summary);

@@ -1,4 +1,4 @@
-#include "zqaft/StoryPrinter.h"
+#include "zqaft/DecisionPrinter.h"
 
 #include <unistd.h>
 
@@ -12,23 +12,23 @@ namespace zqaft {
 namespace {
 
 using refhost::append;
-using refhost::Fate;
+using refhost::Outcome;
 
 /// As a terminal takes it.
-std::string_view colourOf(Fate fate) {
+std::string_view colourOf(Outcome fate) {
     switch (fate) {
-        case Fate::Kept:
-        case Fate::Dispatched: return kGreen;
-        case Fate::HeldBack:
-        case Fate::Consumed: return kYellow;
-        case Fate::Restored:
-        case Fate::LetThrough:
-        case Fate::ReSent:
-        case Fate::Reported: return kCyan;
-        case Fate::Lost:
-        case Fate::Cancelled:
-        case Fate::Dropped: return kRed;
-        case Fate::Noted: return kDim;
+        case Outcome::Kept:
+        case Outcome::Dispatched: return kGreen;
+        case Outcome::HeldBack:
+        case Outcome::Consumed: return kYellow;
+        case Outcome::Restored:
+        case Outcome::LetThrough:
+        case Outcome::ReSent:
+        case Outcome::Reported: return kCyan;
+        case Outcome::Lost:
+        case Outcome::Cancelled:
+        case Outcome::Dropped: return kRed;
+        case Outcome::Noted: return kDim;
     }
     return kPlain;
 }
@@ -49,13 +49,15 @@ bool wantsColours() {
     return isatty(STDOUT_FILENO) != 0 && !dumb && (refused == nullptr || *refused == '\0');
 }
 
-void StoryPrinter::print(const refhost::Decision& decision) {
+void DecisionPrinter::print(const refhost::Decision& decision) {
     const auto colour = [this](std::string_view code) { return mColours ? code : std::string_view(); };
     const double seconds = static_cast<double>(decision.when) / 1e9;
-    append(mOut.text(), FMT_COMPILE("{:>11.3f} s  {}{:<11}{}  {:<24}"), seconds, colour(colourOf(decision.fate)),
-           refhost::wordOf(decision.fate), colour(kPlain), decision.subject);
-    if (!decision.words.empty()) {
-        append(mOut.text(), FMT_COMPILE("  {}{}{}"), colour(kDim), decision.words, colour(kPlain));
+    append(mOut.text(), FMT_COMPILE("{:>11.3f} s  {}{:<11}{}  {:<24}"), seconds, colour(colourOf(decision.outcome)),
+           refhost::wordOf(decision.outcome), colour(kPlain), decision.subject);
+    const bool isContext = decision.outcome == Outcome::Noted;  // its subject is the rule
+    if (!decision.rule.empty() && !isContext) append(mOut.text(), FMT_COMPILE("  {}"), decision.rule);
+    if (!decision.message.empty()) {
+        append(mOut.text(), FMT_COMPILE("  {}{}{}"), colour(kDim), decision.message, colour(kPlain));
     }
     while (mOut.text().size() > 0 && mOut.text()[mOut.text().size() - 1] == ' ') {
         mOut.text().resize(mOut.text().size() - 1);  // the column's padding, where nothing follows it
@@ -64,10 +66,11 @@ void StoryPrinter::print(const refhost::Decision& decision) {
     mOut.offer();
 }
 
-void StoryPrinter::print(const refhost::Summary& summary) {
+void DecisionPrinter::print(const refhost::Summary& summary) {
     refhost::TextBuffer& out = mOut.text();
-    append(out, FMT_COMPILE("\nframes    {}: pointers judged {}, removed {}, restored {}\n"), summary.frames,
-           summary.pointersJudged, summary.pointersRemoved, summary.restored);
+    append(out, FMT_COMPILE("\nfingers   {}\n"), summary.fingers.text());
+    append(out, FMT_COMPILE("frames    {}: pointers judged {}, removed {}\n"), summary.frames, summary.pointersJudged,
+           summary.pointersRemoved);
     append(out, FMT_COMPILE("gestures  {} cancelled"), summary.gesturesCancelled);
     if (summary.cancelRequests > summary.gesturesCancelled) {
         append(out, FMT_COMPILE(", in {} requests"), summary.cancelRequests);
