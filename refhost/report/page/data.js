@@ -32,12 +32,24 @@ const sensors = data.sensors.map(([type, handle, points]) => {
   return sensor;
 });
 
-const decisions = data.decisions.map((decision, index) => ({...decision, index, time: Math.trunc(decision.time / 1000)}));
-const meanings = new Map(data.rules);  // by rule
+const toUs = ns => Math.trunc(ns / 1000);
+
+/// With its cause's times in microseconds, and values of nanoseconds in milliseconds.
+function measureOf({cause, ...measure}) {
+  const inMs = value => value === null ? null : value / 1e6;
+  const scaled = measure.unit === "ns" ? {unit: "ms", value: inMs(measure.value), least: inMs(measure.least),
+                                          most: inMs(measure.most), margin: inMs(measure.margin)} : {};
+  const at = cause && {...cause, time: toUs(cause.time), until: cause.until && toUs(cause.until)};
+  return {...measure, ...scaled, cause: at};
+}
+
+const decisions = data.decisions.map((decision, index) =>
+  ({...decision, index, time: toUs(decision.time), measures: decision.measures.map(measureOf)}));
+const meanings = new Map(data.rules);  // by rule; without the rules of another build
 const inTime = decisions.slice().sort((one, other) => one.time - other.time || one.index - other.index);
 const surfaces = data.surfaces.map(surface => ({
-  calibration: [1, 0, 0, 0, 1, 0], scale: [1, 1], translate: [0, 0], ...surface, time: Math.trunc(surface.t / 1000)}));
-const windows = data.windows.map(line => ({...line, time: Math.trunc(line.t / 1000)}));
+  calibration: [1, 0, 0, 0, 1, 0], scale: [1, 1], translate: [0, 0], ...surface, time: toUs(surface.t)}));
+const windows = data.windows.map(line => ({...line, time: toUs(line.t)}));
 
 /// How many of a sorted list lie at or before a time.
 function countUntil(list, time, timeOf = each => each.time) {

@@ -1,8 +1,8 @@
-// The list of decisions: each with its rule, what the rule measured, and what the filter said.
+// The list of decisions: each with its rule, what the rule measured, and what the filter logged.
 
 const list = document.getElementById("list");
 const kGroup = 25;  // rows that are made together, when they come near
-const listed = {shown: [], groups: [], selected: null, hidden: new Set()};
+const listed = {shown: [], groups: [], selected: null, hidden: new Set(), buttons: new Map()};
 
 const element = (tag, className, text) => {
   const made = document.createElement(tag);
@@ -19,67 +19,38 @@ const classOf = verdict => "v-" + verdict.replace(" ", "-");
 function rowOf(decision) {
   const row = element("div", `decision ${classOf(decision.verdict)}`);
   row.id = `decision-${decision.index}`;
-  row.setAttribute("role", "option");
-  row.setAttribute("aria-selected", String(listed.selected === decision));
+  row.setAttribute("role", "row");
+  const cell = element("div");
+  cell.setAttribute("role", "gridcell");
+  row.append(cell);
   const head = element("div", "head");
   head.append(element("time", "", seconds(decision.time)),
               element("b", "verdict", `${verdicts[decision.verdict].sign} ${decision.verdict}`),
-              element("span", "subject", decision.subject), element("code", "rule", decision.rule));
-  row.append(head, element("p", "meaning", meanings.get(decision.rule)));
+              element("span", "subject", decision.subject));
+  if (decision.rule && decision.verdict !== "noted") {  // the subject of what is noted is its rule
+    const by = element("span", "by");
+    by.append(element("span", "filter", decision.filter), " ", element("code", "rule", decision.rule));
+    head.append(by);
+  }
+  cell.append(head);
+  if (meanings.has(decision.rule)) cell.append(element("p", "meaning", meanings.get(decision.rule)));
   if (decision.measures.length > 0) {
     const measures = element("div", "measures");
-    decision.measures.forEach(measure => measures.append(...measureCells(measure)));
-    row.append(measures);
+    const follow = cause => followCause(cause, decision);
+    decision.measures.forEach(measure => measures.append(...measureCells(measure, follow)));
+    cell.append(measures);
+  } else if (decision.words.startsWith("(")) {
+    cell.append(element("p", "words", decision.words));
   }
-  if (decision.words.startsWith("(")) row.append(element("p", "words", decision.words));
-  for (const line of decision.log) row.append(element("p", "log", line));
+  for (const line of decision.log) cell.append(element("p", "log", line));
+  setSelected(row, listed.selected === decision);
   return row;
 }
 
-const amount = (value, unit) => `${Number.isInteger(value) ? value : value.toFixed(3)}${unit ? " " + unit : ""}`;
-
-const isFlag = ({least, most}) => least === 1 && most === 1;
-
-function threshold({least, most, unit}) {
-  if (isFlag({least, most})) return "set";
-  if (least === null) return `at most ${amount(most, unit)}`;
-  if (most === null) return `at least ${amount(least, unit)}`;
-  return `${amount(least, "")} to ${amount(most, unit)}`;
-}
-
-function marginText({value, least, most, unit, holds, margin}) {
-  if (isFlag({least, most})) return holds ? "yes" : "no";
-  const inside = least !== null && most !== null;  // then it may leave on either side
-  if (holds && inside) return `yes, by ${amount(value - least, "")} and ${amount(most - value, unit)}`;
-  if (holds) return `yes, by ${amount(margin, unit)}`;
-  return `no, ${amount(-margin, unit)} too ${least !== null && value < least ? "little" : "much"}`;
-}
-
-/// Name, value, gauge, threshold, margin: cells of one row of a grid.
-function measureCells(measure) {
-  const flag = isFlag(measure);
-  const margin = element("span", measure.holds ? "margin holds" : "margin", marginText(measure));
-  return [element("span", "", measure.name),
-          element("span", "value", flag ? (measure.value ? "set" : "not set") : amount(measure.value, measure.unit)),
-          flag ? element("span") : gauge(measure), element("span", "threshold", threshold(measure)), margin];
-}
-
-/// The range in which the condition holds, as a band, and the value on it.
-function gauge({value, least, most, holds}) {
-  const open = least === null || most === null;
-  const edges = [least, most, value, open ? 0 : value].filter(each => each !== null);
-  const low = Math.min(...edges), high = Math.max(...edges);
-  const room = (high - low) * 0.12 || 1;
-  const share = each => 100 * (each - low + room) / (high - low + 2 * room);
-  const [from, to] = [least === null ? 0 : share(least), most === null ? 100 : share(most)];
-  const whole = element("span", holds ? "gauge holds" : "gauge");
-  whole.setAttribute("aria-hidden", "true");
-  const band = element("i", "band");
-  Object.assign(band.style, {left: `${from}%`, width: `${Math.max(1, to - from)}%`});
-  const mark = element("i", "mark");
-  mark.style.left = `${share(value)}%`;
-  whole.append(band, mark);
-  return whole;
+/// The tab key reaches the links of the selected row only: a long list has thousands.
+function setSelected(row, on) {
+  row.setAttribute("aria-selected", String(on));
+  row.querySelectorAll(".cause").forEach(link => { link.tabIndex = on ? 0 : -1; });
 }
 
 /// Groups are empty boxes of about their size until they come near the window, or the browser has nothing to do.
@@ -94,8 +65,8 @@ function makeList() {
   for (let from = 0; from < listed.shown.length; from += kGroup) {
     const rows = listed.shown.slice(from, from + kGroup);
     const box = element("div", "group");
-    box.setAttribute("role", "presentation");
-    const lines = rows.reduce((so, each) => so + 2.4 + 1.25 * each.measures.length + 1.2 * each.log.length, 0);
+    box.setAttribute("role", "rowgroup");
+    const lines = rows.reduce((so, each) => so + 2.4 + 2.2 * each.measures.length + 1.2 * each.log.length, 0);
     box.style.minHeight = box.style.containIntrinsicHeight = `${Math.round(lines * 16)}px`;
     listed.groups.push({box, rows, filled: false});
     list.append(box);
@@ -150,15 +121,18 @@ function selectDecision() {
   const place = placeAtCursor();
   const decision = listed.shown[place] ?? null;
   if (decision === listed.selected) return;
-  document.getElementById(`decision-${listed.selected?.index}`)?.setAttribute("aria-selected", "false");
+  const before = document.getElementById(`decision-${listed.selected?.index}`);
+  if (before) setSelected(before, false);
   listed.selected = decision;
   if (!decision) return list.removeAttribute("aria-activedescendant");
   fill(listed.groups[Math.floor(place / kGroup)]);
   const row = document.getElementById(`decision-${decision.index}`);
-  row.setAttribute("aria-selected", "true");
+  setSelected(row, true);
   list.setAttribute("aria-activedescendant", row.id);
   const [seen, own] = [list.getBoundingClientRect(), row.getBoundingClientRect()];
-  if (own.top < seen.top || own.bottom > seen.bottom) list.scrollTop += own.top - seen.top - seen.height / 3;
+  if (own.top >= seen.top && own.bottom <= seen.bottom) return;
+  const above = Math.max(0, Math.min(seen.height / 3, seen.height - own.height));
+  list.scrollTop += own.top - seen.top - above;
 }
 
 function makeFilters() {
@@ -170,19 +144,46 @@ function makeFilters() {
     button.type = "button";
     button.title = `${verdict}: ${verdicts[verdict].does}`;
     button.setAttribute("aria-pressed", "true");
-    button.addEventListener("click", () => {
-      const hide = !listed.hidden.delete(verdict);
-      if (hide) listed.hidden.add(verdict);
-      button.setAttribute("aria-pressed", String(!hide));
-      makeList();
-    });
+    button.addEventListener("click", () => setListed(verdict, listed.hidden.has(verdict)));
+    listed.buttons.set(verdict, button);
     filters.append(button);
   }
 }
 
+/// Lists the decisions of a verdict, or hides them.
+function setListed(verdict, on) {
+  if (on) listed.hidden.delete(verdict); else listed.hidden.add(verdict);
+  listed.buttons.get(verdict).setAttribute("aria-pressed", String(on));
+  makeList();
+}
+
+const kCauseError = 1000;  // us: the library keeps some times to the millisecond
+
+/// The decision on the event that a measurement of `decision` counts from; null where there is none.
+function decisionOfCause(cause, decision) {
+  const far = each => Math.abs(each.time - cause.time);
+  const near = inTime.slice(countUntil(inTime, cause.time - kCauseError - 1), countUntil(inTime, cause.time + kCauseError))
+    .sort((one, other) => far(one) - far(other) || one.index - other.index);
+  if (cause.event === "key") return near.find(each => each.key === cause.key) ?? null;
+  if (cause.event !== "landing") return null;
+  const landed = near.filter(each => each.ids.length > 0 && ["kept", "held back"].includes(each.verdict));
+  if (decision.ids.length === 0) return landed[0] ?? null;  // a key's or a report's: any finger that landed then
+  return landed.find(each => each.device === decision.device && each.ids.some(id => decision.ids.includes(id))) ?? null;
+}
+
+/// Goes to the cause and lists its decision, even if decisions of its kind are hidden. The list gets the focus, because
+/// the link may leave its window.
+function followCause(cause, decision) {
+  cursor.play(false);
+  const target = decisionOfCause(cause, decision);
+  if (target && listed.hidden.has(target.verdict)) setListed(target.verdict, true);
+  list.focus({preventScroll: true});
+  cursor.go(target?.time ?? cause.time, target);
+}
+
 list.addEventListener("click", event => {
   const row = elementOf(event).closest(".decision");
-  if (!row || getSelection().toString()) return;
+  if (!row || elementOf(event).closest(".cause") || getSelection().toString()) return;
   cursor.play(false);
   goToDecision(decisions[Number(row.id.slice("decision-".length))]);
 });

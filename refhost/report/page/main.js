@@ -4,8 +4,8 @@ function makeHeadline() {
   const all = data.summary;
   document.getElementById("name").textContent = data.name;
   const many = (count, what, more = what + "s") => `${count} ${count === 1 ? what : more}`;
-  const facts = [`${many(all.frames, "frame")}, ${many(all.fingers, "finger")}`,
-                 `${all.pointersRemoved} of ${many(all.pointersJudged, "pointer")} removed`, `${all.restored} restored`,
+  const facts = [`fingers ${all.fingers}`, many(all.frames, "frame"),
+                 `${all.pointersRemoved} of ${many(all.pointersJudged, "pointer")} removed`,
                  `${many(all.gesturesCancelled, "gesture")} cancelled`,
                  `keys: ${all.keysConsumed} consumed, ${all.keysHeldBack} held back, ${all.keysDispatched} dispatched`];
   const outside = strokes.filter(stroke => isOutside(stroke, stroke.from)).length;

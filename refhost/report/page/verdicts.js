@@ -29,10 +29,11 @@ function readColours() {
 
 const colourOf = verdict => colours[verdict.replace(" ", "-")];
 
-/// Fits a canvas to its box on the page, sharp on this screen. Answers its context, in CSS pixels.
+/// Fits a canvas to its box on the page, sharp on this screen. Returns its context, in CSS pixels. The canvas is never
+/// empty, even if the page has no size yet: an empty one cannot be drawn on another.
 function prepare(canvas, width, height) {
   const density = Math.max(window.devicePixelRatio || 1, onPaper ? 3 : 1);
-  const [across, down] = [Math.round(width * density), Math.round(height * density)];
+  const [across, down] = [width, height].map(length => Math.max(1, Math.round(length * density)));
   if (canvas.width !== across || canvas.height !== down) [canvas.width, canvas.height] = [across, down];
   const context = canvas.getContext("2d");
   context.setTransform(density, 0, 0, density, 0, 0);
