@@ -95,18 +95,11 @@ void CallsFromBytes::passTime() {
 }
 
 TraceEvent CallsFromBytes::event() {
-    switch (mBytes.below(24)) {
+    const uint32_t choice = mBytes.below(24);
+    if (choice >= 2 && choice <= 6) return key();
+    switch (choice) {
         case 0: mFingers.clear(); return frame();
-        case 1: {
-            ProcessRawTouches call = fingersMove();
-            breakFrame(call);
-            return call;
-        }
-        case 2:
-        case 3:
-        case 4:
-        case 5:
-        case 6: return key();
+        case 1: return brokenFrame();
         case 7: return surface();
         case 8: return brokenSurface();
         case 9: return windows();
@@ -170,7 +163,8 @@ ProcessRawTouches CallsFromBytes::frame() {
     return call;
 }
 
-void CallsFromBytes::breakFrame(ProcessRawTouches& call) {
+ProcessRawTouches CallsFromBytes::brokenFrame() {
+    ProcessRawTouches call = fingersMove();
     constexpr uint32_t kNumbers[] = {0, 1, 15, 16, 17, 31, 32, 40, 0xffffffff};
     const auto index = [&] { return mBytes.below(RawPointerData::kMaxPointers); };
     for (uint32_t faults = 1 + mBytes.below(4); faults > 0; --faults) {
@@ -184,6 +178,7 @@ void CallsFromBytes::breakFrame(ProcessRawTouches& call) {
             default: call.frame.pointers[index()] = mBytes.number<Pointer>(); break;
         }
     }
+    return call;
 }
 
 ProcessKey CallsFromBytes::key() {

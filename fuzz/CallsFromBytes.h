@@ -27,7 +27,7 @@ class CallsFromBytes : public refhost::TraceSource {
     refhost::DeviceRef device();
     refhost::ProcessRawTouches fingersMove();
     refhost::ProcessRawTouches frame();
-    void breakFrame(refhost::ProcessRawTouches& call);
+    refhost::ProcessRawTouches brokenFrame();
     refhost::ProcessKey key();
     refhost::ConfigureSurface surface();
     refhost::ConfigureSurface brokenSurface();

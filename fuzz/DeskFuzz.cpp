@@ -1,5 +1,5 @@
-// What the tool tells of a trace: the calls of a host, as far as a trace can hold them, to everything that looks at
-// what came back.
+// What the tool shows of a trace: the calls of a host, as far as a trace can hold them, to everything that looks at
+// what came back. What the library records must agree with what it does.
 
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -10,6 +10,8 @@
 #include "refhost/check/TraceCheck.h"
 #include "refhost/corpus/VerdictFile.h"
 #include "refhost/explain/ExplainedWriter.h"
+#include "refhost/export/ChromeTrace.h"
+#include "refhost/play/DecisionLog.h"
 #include "refhost/report/TraceReport.h"
 #include "refhost/trace/TraceWriter.h"
 
@@ -43,19 +45,24 @@ void playAll(TraceReader& trace) {
     Player& player = sPlugin.load(trace.header());
     TraceReport report(trace.header());
     TraceCheck check(trace.header());
-    Story story;
+    DecisionLog log;
+    ChromeTrace viewed(trace.header());
     VerdictCollector verdicts;
     for (TraceLine line; trace.next(line);) {
         const CallResult& result = player.play(line);
         report.hear(line, result);
         check.hear(line, result);
-        verdicts.hear(line, story.tell(line, result));
+        viewed.onLine(line, result);
+        verdicts.hear(line, log.onLine(line, result));
         for (const Breach& breach : check.breaches()) {
             fuzz::giveUp(fmt::format("line {}: {}: {}", breach.line, breach.rule, breach.text));
         }
     }
     requireAReport(report);
     requireVerdicts(verdicts.verdicts());
+    TextBuffer exported;
+    viewed.write(exported);
+    require(nlohmann::json::accept(fmt::to_string(exported)), "an export is JSON");
 }
 
 }  // namespace

@@ -27,6 +27,9 @@ TEST_F(CommandLine, EveryFailureHasItsExitCodeAndSentence) {
         {"explain --at nan good", 64, "--at: expected a time"},
         {"report good", 64, "--output is required"},
         {"report good -o none/x.html", 74, "cannot write none/x.html: No such file or directory\n"},
+        {"export --format svg good -o x", 64, "--format: svg not in {chrome}"},
+        {"export good -o none/x.json", 74, "cannot write none/x.json: No such file or directory\n"},
+        {"export good -o - >/dev/full", 74, "cannot write the output: No space left on device\n"},
         {"replay good >/dev/full", 74, "cannot write the output: No space left on device\n"},
     });
 }
@@ -47,32 +50,32 @@ TEST_F(CommandLine, ResultsBeforeAFaultStayAndNothingFollows) {
 // The engineer would be shown another finger or another moment than the one asked for, or lines that no program can
 // load.
 TEST_F(CommandLine, ExplainsOneMomentOneFingerAndForPrograms) {
-    const auto frame = [](int ms, const std::string& pointers) {
-        return R"({"call":"processRawTouches","device":3,"when":)" + std::to_string(ms) + R"(000000,"pointers":[)" +
-               pointers + "]}\n";
-    };
     write(
         "two",
         R"({"trace":"zqaft","version":1,"properties":{"ro.zqaft.tpfp.filter_area":"200,200"},"devices":[{"id":3,"name":"panel"},{"id":4,"name":"fingerprint"}]}
 {"call":"configureSurface","device":3,"width":1000,"height":2000,"orientation":0,"rawX":[0,999],"rawY":[0,1999]}
-{"call":"processKey","device":4,"when":1000000000,"keyCode":516,"down":true}
-)" + frame(1100, R"({"id":0,"x":500,"y":1900})") +
-            frame(1150, R"({"id":0,"x":500,"y":1869},{"id":1,"x":9,"y":9})") + frame(1160, ""));
-    const std::string held = run("explain --at 1.15 --id 0 two").out;
-    EXPECT_EQ(held.find("      1.150 s  held back    finger 0 at (500, 1869)\n               rule  no-gesture\n"), 0U)
+{"call":"processKey","device":4,"when":11000000000,"keyCode":516,"down":true}
+{"call":"processRawTouches","device":3,"when":11100000000,"pointers":[{"id":0,"x":500,"y":1900}]}
+{"call":"processRawTouches","device":3,"when":11150000000,"pointers":[{"id":0,"x":500,"y":1869},{"id":1,"x":9,"y":9}]}
+{"call":"processRawTouches","device":3,"when":11160000000,"pointers":[]}
+)");
+    const std::string held = run("explain --at 11.15 --id 0 two").out;
+    EXPECT_EQ(held.find("     11.150 s  held back    finger 0 at (500, 1869)\n               rule  no-gesture\n"), 0U)
         << held;
-    EXPECT_NE(held.find("moved up                      31         at least 40       no, 9 too little\n"),
+    EXPECT_NE(held.find("moved up                      31         at least 40       no, 9 too little "),
               std::string::npos);
-    EXPECT_NE(held.find("      1.100 s  held back    finger 0 at (500, 1900)\n               rule  finger-on-sensor\n"),
+    EXPECT_NE(held.find("     11.100 s  held back    finger 0 at (500, 1900)\n               rule  finger-on-sensor\n"),
               std::string::npos)
         << held;
     EXPECT_EQ(held.find("lost"), std::string::npos);
-    EXPECT_EQ(run("explain --at 1.16 two").err, "no finger is on the glass then\n");
+    EXPECT_EQ(run("explain --at 11.16 two").err, "no finger is down then\n");
     const std::string json =
-        R"j({"kind":"decision","time":1150000000,"verdict":"kept","subject":"finger 1 at (9, 9)","device":3,"ids":[1],)j"
-        R"j("key":null,"rule":"outside-area","words":"","measures":[{"name":"x in the area","value":9,"least":400,)j"
-        R"j("most":600,"unit":"","holds":false,"margin":-391},{"name":"y in the area","value":9,"least":1800,)j"
-        R"j("most":2000,"unit":"","holds":false,"margin":-1791}],"log":[]})j"
+        R"j({"kind":"decision","time":11150000000,"verdict":"kept","subject":"finger 1 at (9, 9)","device":3,"ids":[1],)j"
+        R"j("key":null,"filter":"front-fingerprint","rule":"outside-area","words":"","measures":[)j"
+        R"j({"name":"x in the area","value":9,"least":400,"most":600,"unit":"","holds":false,"margin":-391,)j"
+        R"j("setting":"ro.zqaft.tpfp.filter_area","cause":null},{"name":"y in the area","value":9,"least":1800,)j"
+        R"j("most":2000,"unit":"","holds":false,"margin":-1791,"setting":"ro.zqaft.tpfp.filter_area",)j"
+        R"j("cause":null}],"log":[]})j"
         "\n";
     EXPECT_EQ(run("explain --json --id 1 two").out, json);
 }
@@ -94,10 +97,15 @@ TEST_F(CommandLine, ACheckTellsEachBreachAndReadsThePropertiesOfEachTrace) {
     const Outcome broken = run("check --plugin '" ZQAFT_BROKEN_PLUGIN "' good good");
     const std::string text = "key 1 down was consumed; expected it dispatched";
     EXPECT_EQ(broken.code, 1);
-    EXPECT_EQ(broken.out, "good:3: key-answer: " + text + "\ngood:3: key-answer: " + text +
-                              "\ntraces    2: 0 frames, 2 keys\nbreaches  2\ndesigned  0\n");
-    EXPECT_EQ(run("check --json --plugin '" ZQAFT_BROKEN_PLUGIN "' good").out,
-              R"({"kind":"breach","trace":"good","line":3,"rule":"key-answer","text":")" + text + "\"}\n");
+    const std::string found =
+        "good:3: key-answer: " + text + "\ngood:3: record-missing: key 1; expected the record of it\n";
+    EXPECT_EQ(broken.out, found + found + "traces    2: 0 frames, 2 keys\nbreaches  4\ndesigned  0\n");
+    EXPECT_EQ(
+        run("check --json --plugin '" ZQAFT_BROKEN_PLUGIN "' good")
+            .out.find(R"({"kind":"breach","trace":"good","line":3,"rule":"key-answer","text":")" + text + "\"}\n"),
+        0U);
+    EXPECT_EQ(run("explain --plugin '" ZQAFT_BROKEN_PLUGIN "' good").err,
+              "this library records no decisions: what came back is shown, but not why\n");
 }
 
 }  // namespace

@@ -49,13 +49,14 @@ TEST_F(CommandLine, ACorpusGoesOnPastATraceThatFails) {
 ./1/killed.trace.jsonl: the plug-in crashed: signal 6, Aborted
 ./2.trace.jsonl:4: line: neither "call" nor "platform"; expected one of them
 ./3.trace.jsonl:3: key-answer: key 1 down was consumed; expected it dispatched
+./3.trace.jsonl:3: record-missing: key 1; expected the record of it
 )");
     const std::regex time(" +[0-9.]+ m?s  ");
     EXPECT_EQ(std::regex_replace(run("corpus . --jobs 3" + kBroken).out, time, ""), std::regex_replace(told, time, ""));
     const Outcome json = run("corpus --json ." + kBroken);
     EXPECT_EQ(json.code, 2);
     EXPECT_NE(
-        json.out.find(R"("text":"key 1 down was consumed; expected it dispatched"}],"verdicts":"changed","changed":)"
+        json.out.find(R"("text":"key 1; expected the record of it"}],"verdicts":"changed","changed":)"
                       R"([{"time":60.000,"subject":"key 1 down","was":"dispatched","is":"consumed"}],"error":null)"),
         std::string::npos)
         << json.out;

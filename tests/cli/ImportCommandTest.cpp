@@ -25,10 +25,11 @@ TEST_F(CommandLine, AStoryOfACover) {
     const Outcome story =
         run("replay --profile '" ZQAFT_EXAMPLES "/phone-slide-cover.yaml' '" ZQAFT_EXAMPLES "/slide-cover.getevent'");
     EXPECT_NE(story.out.find(R"(
-     61.506 s  reported     event 651                 {time:250, Firstpoint(612,1884), LastPoint(586,1105), state:2}
-     62.600 s  kept         finger 0 at (522, 1304)
+     61.506 s  reported     event 651                 cover-report  {time:250, Firstpoint(612,1884), LastPoint(586,1105), state:2}
+     62.600 s  kept         finger 0 at (522, 1304)   outside-area
 
-frames    153: pointers judged 161, removed 41, restored 0
+fingers   4: 2 kept, 1 lost, 1 cancelled
+frames    153: pointers judged 161, removed 41
 gestures  1 cancelled, 1 reported
 )"),
               std::string::npos)
@@ -38,7 +39,8 @@ gestures  1 cancelled, 1 reported
 // The same bug report would look different at another desk: run again, imported first, or through a pipe.
 TEST_F(CommandLine, AReplayIsRepeatable) {
     const Outcome direct = run("replay" + kWithProfile + kSwipe);
-    EXPECT_NE(direct.out.find("frames    65: pointers judged 78, removed 22, restored 1\ngestures  0 cancelled\n"
+    EXPECT_NE(direct.out.find("fingers   3: 1 kept, 1 restored (66 ms late), 1 lost\nframes    65: pointers judged 78, "
+                              "removed 22\ngestures  0 cancelled\n"
                               "keys      3 consumed, 0 held back, 0 re-sent, 0 dropped, 0 dispatched\n"),
               std::string::npos);
     EXPECT_EQ(direct.out.find('\x1b'), std::string::npos) << "escape codes where nothing is a terminal";

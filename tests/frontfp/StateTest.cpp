@@ -127,7 +127,6 @@ struct FilterTest : ::testing::Test {
         BitSet32 ids = data.touchingIdBits;
         filter->processRawTouches(sensor.mapper(), when, data, ids, keys);
     }
-    int key(int32_t code, int64_t when) { return filter->processKey(sensor.mapper(), when, code, 0, true, 0, 0); }
 };
 
 // Touch sequences are numbered for years; the number 0 means "none" and must never come up.
@@ -154,23 +153,6 @@ TEST_F(FilterTest, AGestureAllocatesNothing) {
     }
     EXPECT_GT(before, 0u);
     EXPECT_EQ(test::allocations(), before);
-}
-
-// Frames beyond the record's bounds must not read or write outside of it: the sanitizers watch.
-TEST_F(FilterTest, FramesBeyondTheRecord) {
-    RawPointerData data{};
-    data.pointerCount = 1000;
-    data.pointers.fill(point(finger(4'000'000'000).at(INT32_MIN, INT32_MAX)));
-    data.idToIndex.fill(16);
-    data.idToIndex[3] = 2;
-    for (int64_t when : {int64_t{60'000} * kMs, INT64_MAX, INT64_MIN}) {
-        for (int32_t code : {516, 517, 513}) key(code, when);
-        data.touchingIdBits.value = 0xFFFFFFFF;
-        BitSet32 ids = data.touchingIdBits;
-        filter->processRawTouches(sensor.mapper(), when, data, ids, keys);
-        filter->processRawTouchesForAbt(sensor.mapper(), when, data, ids);
-    }
-    for (void* record : keys) releaseNotifyKeyArgs(record);
 }
 
 }  // namespace

@@ -47,7 +47,7 @@ TEST_F(BeyondTraces, OfTheNotch) {
     window->aftFlags = 0xFE;
     notch.processInputWindow({nullptr, window});
     EXPECT_FALSE(notch.pointInNoFilterAreas(0, frame.pointers[0]));
-    notch.processRawTouches(this, frame, ids);
+    notch.processRawTouches(this, 0, frame, ids);
     EXPECT_TRUE(frame.pointerCount == 1 && frame.touchingIdBits.hasBit(0) && ids.isEmpty());
     notch.configureSurface(this, 2, plain, axes, 1, 1, 0, 0);
     EXPECT_TRUE(notch.pointInNoFilterAreas(0, frame.pointers[0]) && notch.pointInNoFilterAreas(77, frame.pointers[0]));

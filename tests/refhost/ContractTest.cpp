@@ -30,7 +30,14 @@ TraceEvent cover(int64_t ms, float state) { return SensorEvent{65557, 7, ms * kM
 
 /// What a finger of a result has become: as if the plug-in had let it out so.
 android::RawPointerData::Pointer& first(CallResult& result) { return result.frame.frame.pointers[0]; }
-void log(CallResult& result, const char* tag, const char* text) { result.log.push_back({4, tag, text}); }
+/// Changes a result as if the front fingerprint filter had logged this line.
+auto logged(const char* text) {
+    return [text](CallResult& result) { result.log.push_back({4, "ZqFrontFPAftProcessor", text}); };
+}
+/// Changes a result as if the plug-in had reported these events and no others.
+auto reported(const std::vector<Report>& reports) {
+    return [reports](CallResult& result) { result.requests.reports = reports; };
+}
 
 struct Doctored {
     const char* rule;
@@ -73,8 +80,7 @@ const Doctored kDoctored[] = {
     {"key-answer", {key(100, 501), key(110, 501, false)}, [](CallResult& result) { result.keyResult = 1; }},
     {"key-answer", then(kKeyHeld, key(160, 601, false)), [](CallResult& result) { result.keyResult = 0; }},
     {"key-held", kKeyHeld, [](CallResult& result) { result.keyResult = 0; }},
-    {"key-held", then(kKeyHeld, key(155, 513)),
-     [](CallResult& result) { log(result, "ZqFrontFPAftProcessor", "delayDispatchKey delay dispatch the key:513"); }},
+    {"key-held", then(kKeyHeld, key(155, 513)), logged("delayDispatchKey delay dispatch the key:513")},
     {"key-sent", kKeySent, [](CallResult& result) { result.frame.keys.clear(); }},
     {"key-sent", kKeySent, [](CallResult& result) { result.frame.keys[1].scanCode = 8; }},
     {"key-sent", kKeySent, [](CallResult& result) { std::swap(result.frame.keys[0], result.frame.keys[1]); }},
@@ -83,21 +89,14 @@ const Doctored kDoctored[] = {
     {"cancel-told", kDirty, [](CallResult& result) { result.requests.cancelled[0] = 0; }},
     {"cancel-told", {key(100, 518)}, [](CallResult& result) { result.requests.cancelled = {100 * kMs}; }},
     {"cancel-again", then(kDirty, touch(120, {finger(0).at(5, 6).flagged(kStylusDirty)})),
-     [](CallResult& result) { log(result, "ZqFrontFPAftProcessor", "Cancel abnormal touch seq for pointerCount=1"); }},
+     logged("Cancel abnormal touch seq for pointerCount=1")},
     {"report", then(kCoverMoved, touch(140, {finger(0)})),
      [](CallResult& result) {
          result.frame.frame.touchingIdBits.clear();
          result.requests.reports.resize(2, {651, ""});
      }},
-    {"report", then(kCoverMoved, touch(140, {})),
-     [](CallResult& result) {
-         result.requests.reports = {{650, ""}};
-     }},
-    {"report",
-     {touch(100, {})},
-     [](CallResult& result) {
-         result.requests.reports = {{651, ""}};
-     }},
+    {"report", then(kCoverMoved, touch(140, {})), reported({{650, ""}})},
+    {"report", {touch(100, {})}, reported({{651, ""}})},
 };
 
 // A plug-in that loses a key, moves a finger or cancels twice would pass the check; or a good one would fail it.

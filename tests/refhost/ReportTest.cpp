@@ -8,6 +8,7 @@
 #include "refhost/report/PathThinner.h"
 #include "refhost/report/TraceReport.h"
 #include "tests/refhost/TraceText.h"
+#include "tests/refhost/TraceWords.h"
 
 using namespace refhost;
 
@@ -36,22 +37,18 @@ TEST(Report, AThinnedPathStaysWithinItsToleranceAtEveryMoment) {
     size_t at = 0;
     for (const PathPoint& point : path) {
         while (at + 2 < kept.size() && kept[at + 1].time < point.time) ++at;
-        const double share = kept[at + 1].time == kept[at].time
-                                 ? 0
-                                 : static_cast<double>(point.time - kept[at].time) /
-                                       static_cast<double>(kept[at + 1].time - kept[at].time);
-        if (point.time == kept[at + 1].time) continue;  // two at once: the line has both of its ends there
-        EXPECT_NEAR(kept[at].x + share * (kept[at + 1].x - kept[at].x), point.x, 1.5 + 1e-6);
-        EXPECT_NEAR(kept[at].y + share * (kept[at + 1].y - kept[at].y), point.y, 1.5 + 1e-6);
+        const PathPoint &from = kept[at], &to = kept[at + 1];
+        if (point.time == to.time) continue;  // two points at one time: the line has both of its ends there
+        const double share = static_cast<double>(point.time - from.time) / static_cast<double>(to.time - from.time);
+        EXPECT_NEAR(std::lerp(from.x, to.x, share), point.x, 1.5 + 1e-6);
+        EXPECT_NEAR(std::lerp(from.y, to.y, share), point.y, 1.5 + 1e-6);
     }
 }
 
-nlohmann::json dataOf(const std::string& trace) {
-    std::istringstream in(trace);
-    TraceReader reader(in, "trace");
-    Player player(reader.header(), ZQAFT_PLUGIN_UNDER_TEST);
-    TraceReport report(reader.header());
-    for (TraceLine line; reader.next(line);) report.hear(line, player.play(line));
+nlohmann::json dataOf(const TraceHeader& header, const std::vector<TraceLine>& lines) {
+    Player player(header, ZQAFT_PLUGIN_UNDER_TEST);
+    TraceReport report(header);
+    for (const TraceLine& line : lines) report.hear(line, player.play(line));
     TextBuffer page;
     report.writePage(page, "a<b");
     const std::string text(page.data(), page.size());
@@ -62,7 +59,7 @@ nlohmann::json dataOf(const std::string& trace) {
 // The picture would show a finger as passed on while it was not, a key without its end, or nothing: the page cut off by
 // a text of the trace.
 TEST(Report, ShowsEachFingerAndKeyWithItsStates) {
-    const nlohmann::json data = dataOf(
+    std::istringstream in(
         R"({"trace":"zqaft","version":1,"note":"</script>","properties":{"ro.zqaft.tpfp.filter_area":"400,1800,600,2000"},"devices":[{"id":3,"name":"panel"},{"id":4,"name":"fingerprint"}]}
 {"call":"configureSurface","device":3,"width":1000,"height":2000,"orientation":1,"rawX":[0,999],"rawY":[0,1999]}
 {"t":1000000000,"call":"processInputWindow","windows":[{"name":"behind"},{"name":"front"},{"name":"bar","type":2019}],"focused":1}
@@ -81,6 +78,10 @@ TEST(Report, ShowsEachFingerAndKeyWithItsStates) {
 {"t":2000000000,"platform":"sensorEvent","type":65557,"handle":7,"timestamp":0,"values":[1,1]}
 {"t":3000000000,"platform":"sensorEvent","type":65557,"handle":7,"timestamp":0,"values":[1,2]}
 )");
+    TraceReader reader(in, "trace");
+    std::vector<TraceLine> lines;
+    for (TraceLine line; reader.next(line);) lines.push_back(line);
+    const nlohmann::json data = dataOf(reader.header(), lines);
     EXPECT_EQ(data["name"], "a<b");
     EXPECT_EQ(data["note"], "</script>");
     EXPECT_EQ(data["span"].dump(), "[1000000,10110000]");
@@ -104,15 +105,7 @@ TEST(Report, ShowsEachFingerAndKeyWithItsStates) {
 
 // The headline would count one cancel where the host was asked for two, or the path be drawn as kept.
 TEST(Report, CountsTheGesturesThatWereCancelled) {
-    std::string trace = R"({"trace":"zqaft","version":1,"devices":[{"id":3,"name":"panel"}]})";
-    for (const char* flagged :
-         {R"({"id":0,"x":1,"y":2,"extraData":536870912})", "", R"({"id":0,"x":1,"y":2,"extraData":536870912})"}) {
-        trace += fmt::format(
-            "\n"
-            R"({{"call":"processRawTouches","device":3,"when":9000000000,"pointers":[{}]}})",
-            flagged);
-    }
-    const nlohmann::json data = dataOf(trace);
+    const nlohmann::json data = dataOf(headerOfWords(), linesOf("f9000:1,2,20000000 f9000: f9000:1,2,20000000"));
     EXPECT_EQ(data["summary"]["gesturesCancelled"], 2);
     EXPECT_EQ(data["strokes"][0][4].dump(), R"([9000000,"cancelled"])") << "of two states at one time the last counts";
 }

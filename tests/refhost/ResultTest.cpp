@@ -70,7 +70,7 @@ TEST(Results, TextsOfAllKinds) {
     EXPECT_EQ(fmt::to_string(out),
               R"({"line":7,"cancelled":[1,-2],"reports":[{"event":651,"text":"{time:\"1\"}"},{"event":-1,"text":""}],)"
               R"("log":[{"priority":"INFO","tag":"Tag","text":"\"a\\b\"\n\u0001"},)"
-              "{\"priority\":\"UNKNOWN\",\"tag\":\"\",\"text\":\"µ \xEF\xBF\xBD\"}]}\n");
+              "{\"priority\":\"UNKNOWN\",\"tag\":\"\",\"text\":\"µ \xEF\xBF\xBD\"}],\"decisions\":[]}\n");
 }
 
 }  // namespace

@@ -110,31 +110,25 @@ TEST(TraceReader, NamesTheFault) {
 
 // What an import writes would come back as another gesture on another phone.
 TEST(TraceWriter, WhatIsWrittenReadsAsTheSame) {
-    std::string trace = R"({"trace":"zqaft","version":1,"properties":{"b":"\"q\" \\ \u0001 µ","a":""},"devices":[)"
-                        R"({"id":-3,"name":"ein \"Gerät\"","external":true,"sources":4294967295},{"id":5,"name":""}],)"
-                        R"("sensors":[{"type":65557,"handle":-7},{"type":3,"handle":9}],"note":"why\nand how"})"
-                        "\n";
-    for (
-        const char* line : {
-            R"({"call":"processKey","device":-3,"when":-9223372036854775808,"keyCode":513,"scanCode":-2147483648,"down":true,"metaState":2147483647,"policyFlags":4294967295})",
-            R"({"t":0,"call":"processRawTouches","device":null,"when":1,"pointers":[]})",
-            R"({"t":1,"call":"processRawTouches","device":5,"when":9223372036854775807,"pointers":[{"id":31,"x":-2147483648,"y":2147483647,"axes":[1,-2,3,4,5,6,7,8,9,10],"hovering":true,"extraData":4294967295,"reserved":9},{"id":0,"x":1,"y":2}]})",
-            R"({"call":"processRawTouches","device":5,"when":2,"pointers":[{"id":3,"x":1,"y":2},{"id":4,"x":3,"y":4}],"touching":[4,6],"hovering":[3,8],"ids":[3,5,7],"idToIndex":{"3":1,"4":0,"5":15,"6":0,"7":0,"31":2}})",
-            R"({"call":"processRawTouches","device":5,"when":2,"pointers":[{"id":3,"x":1,"y":2}],"touching":[],"ids":[3]})",
-            R"({"call":"processInputWindow","windows":[{"name":"a"},{"name":"b\"","token":false,"type":2019,"frame":[-1,2,3,4],"visible":false,"notchArea":true}],"focused":1,"keyguard":true})",
-            R"({"call":"configureSurface","device":5,"width":1080,"height":2340,"orientation":3,"calibration":[1.5,0.1,-3,1e+20,1.1754944e-38,6],"rawX":[-1,1079],"rawY":[2,2339],"scale":[0.33333334,-3.4028235e+38],"translate":[-0.0,0.5]})",
-            R"({"call":"configureSurface","device":null,"width":-1,"height":0,"orientation":0,"rawX":[0,0],"rawY":[0,0]})",
-            R"({"t":9223372036854775807,"call":"notifyInputStart"})",
-            R"({"call":"notifyScreenState"})",
-            R"({"platform":"setProperty","key":"ro.k\"","value":"a\tb"})",
-            R"({"t":9223372036854775807,"platform":"sensorEvent","type":-1,"handle":-7,"timestamp":-9,"values":[1,0,-88.25,0.1,1e+20,0,0,0,0,0,0,0,0,0,0,0]})",
-            R"({"platform":"sensorService","fails":{},"state":"registers"})",
-            R"({"platform":"sensorService","fails":{"getService":"transport","linkToDeath":"result","createEventQueue":"noQueue","getDefaultSensor":"transport","enableSensor":"result","disableSensor":"transport"}})",
-            R"({"platform":"sensorService","state":"dies"})",
-        }) {
-        trace += std::string(line) + "\n";
-    }
-    trace += kProperty + textOf(91) + "\n";
+    const std::string trace =
+        R"({"trace":"zqaft","version":1,"properties":{"b":"\"q\" \\ \u0001 µ","a":""},"devices":[{"id":-3,"name":"ein \"Gerät\"","external":true,"sources":4294967295},{"id":5,"name":""}],"sensors":[{"type":65557,"handle":-7},{"type":3,"handle":9}],"note":"why\nand how"}
+{"call":"processKey","device":-3,"when":-9223372036854775808,"keyCode":513,"scanCode":-2147483648,"down":true,"metaState":2147483647,"policyFlags":4294967295}
+{"t":0,"call":"processRawTouches","device":null,"when":1,"pointers":[]}
+{"t":1,"call":"processRawTouches","device":5,"when":9223372036854775807,"pointers":[{"id":31,"x":-2147483648,"y":2147483647,"axes":[1,-2,3,4,5,6,7,8,9,10],"hovering":true,"extraData":4294967295,"reserved":9},{"id":0,"x":1,"y":2}]}
+{"call":"processRawTouches","device":5,"when":2,"pointers":[{"id":3,"x":1,"y":2},{"id":4,"x":3,"y":4}],"touching":[4,6],"hovering":[3,8],"ids":[3,5,7],"idToIndex":{"3":1,"4":0,"5":15,"6":0,"7":0,"31":2}}
+{"call":"processRawTouches","device":5,"when":2,"pointers":[{"id":3,"x":1,"y":2}],"touching":[],"ids":[3]}
+{"call":"processInputWindow","windows":[{"name":"a"},{"name":"b\"","token":false,"type":2019,"frame":[-1,2,3,4],"visible":false,"notchArea":true}],"focused":1,"keyguard":true}
+{"call":"configureSurface","device":5,"width":1080,"height":2340,"orientation":3,"calibration":[1.5,0.1,-3,1e+20,1.1754944e-38,6],"rawX":[-1,1079],"rawY":[2,2339],"scale":[0.33333334,-3.4028235e+38],"translate":[-0.0,0.5]}
+{"call":"configureSurface","device":null,"width":-1,"height":0,"orientation":0,"rawX":[0,0],"rawY":[0,0]}
+{"t":9223372036854775807,"call":"notifyInputStart"}
+{"call":"notifyScreenState"}
+{"platform":"setProperty","key":"ro.k\"","value":"a\tb"}
+{"t":9223372036854775807,"platform":"sensorEvent","type":-1,"handle":-7,"timestamp":-9,"values":[1,0,-88.25,0.1,1e+20,0,0,0,0,0,0,0,0,0,0,0]}
+{"platform":"sensorService","fails":{},"state":"registers"}
+{"platform":"sensorService","fails":{"getService":"transport","linkToDeath":"result","createEventQueue":"noQueue","getDefaultSensor":"transport","enableSensor":"result","disableSensor":"transport"}}
+{"platform":"sensorService","state":"dies"}
+)" + kProperty +
+        textOf(91) + "\n";
     EXPECT_EQ(rewritten(trace), trace);
 }
 

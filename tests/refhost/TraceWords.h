@@ -21,10 +21,11 @@ inline TraceHeader headerOfWords() {
     return header;
 }
 
-/// Lines of words, each with its ms: "516@9000" a key, "f9300:500,1900;5,6,8000000" a frame of fingers 0 and 1, which
-/// has flags ("F" of panel 6; "g" with a set of ids that names none), "turn1@9000" panel 3, "keyguard1@9000" it shows,
-/// "bar1@9000" the navigation bar, "marked1@9000" a window marked for the notch, "dies1@9000" the sensor service,
-/// "cover2@9000" its state, "30x88@9000" samples of the fold angle, "input0@9000" it ends.
+/// Lines of words, each with its ms: "516@9000" a key, "up516@9000" its key-up, "f9300:500,1900;5,6,8000000" a frame of
+/// fingers 0 and 1, which has flags ("F" of panel 6; "g" with a set of ids that names none), "turn1@9000" panel 3,
+/// "keyguard1@9000" it shows, "bar1@9000" the navigation bar, "marked1@9000" a window marked for the notch,
+/// "dies1@9000" the sensor service, "cover2@9000" its state, "30x88@9000" samples of the fold angle, "input0@9000" it
+/// ends.
 inline std::vector<TraceLine> linesOf(const std::string& text) {
     std::vector<TraceLine> lines{{2, 0, ConfigureSurface{3, 1000, 2000}}, {3, 0, NotifyInputStart{}}};
     std::istringstream words(text);
@@ -37,6 +38,7 @@ inline std::vector<TraceLine> linesOf(const std::string& text) {
             lines.push_back({static_cast<uint32_t>(lines.size() + 2), ms * 1'000'000LL, event});
         };
         if (is("%d@%d")) add(ProcessKey{4, ms * 1'000'000LL, value, 0, true});
+        if (is("up%d@%d")) add(ProcessKey{4, ms * 1'000'000LL, value, 0, false});
         if (is("turn%d@%d")) add(ConfigureSurface{3, 1000, 2000, value});
         if (is("keyguard%d@%d")) add(ProcessInputWindow{{{"Mail"}}, 0, value != 0});
         if (is("bar%d@%d"))

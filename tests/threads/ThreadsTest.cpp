@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "aft/foldable/ZqAftFoldableStateManager.h"
+#include "aft/host/DecisionRecord.h"
 #include "platform/control/LogSink.h"
 #include "platform/control/Properties.h"
 #include "platform/control/SensorService.h"
@@ -19,6 +20,9 @@
 
 using namespace android;
 using namespace test;
+
+/// As an input service exports it.
+std::atomic<const DecisionListener*> aft_decision_listener_1 = nullptr;
 
 namespace {
 
@@ -48,7 +52,11 @@ class Threads : public ::testing::Test {
         sensors::reset();
         mPlugin.reset();
         aftplatform::setLogSink({});
+        aft_decision_listener_1 = nullptr;
     }
+
+    /// The host listens, or no longer does.
+    void listen(bool on) { aft_decision_listener_1 = on ? &mListener : nullptr; }
 
     void windows(bool marked) {
         const sp<InputWindowHandle> bar = new InputWindowHandle(), game = new InputWindowHandle();
@@ -110,6 +118,14 @@ class Threads : public ::testing::Test {
     std::optional<refhost::Plugin> mPlugin;
     Vector<void*> mKeys;
     std::atomic<size_t> mLines = 0;
+    std::atomic<size_t> mRecorded = 0;  ///< measurements that hold
+    const DecisionListener mListener{[](const DecisionRecord& record, void* self) {
+                                         for (uint32_t i = 0; i < record.measurementCount; ++i) {
+                                             const bool holds = record.measurements[i].holds;
+                                             static_cast<Threads*>(self)->mRecorded += holds;
+                                         }
+                                     },
+                                     this};
     char mToken = 0;
 };
 
@@ -131,11 +147,14 @@ TEST_F(Threads, OfTheHostAndOfThePlatformRunAtOnce) {
         if (round % 5 < 2) mPlugin->processKey(mSensor.mapper(), when, 513 + round / 5 % 7, 0, round % 5 == 0, 0, 0);
         frame(when, round % 9 != 8);
     };
-    atOnce({touch, show, show, turn, turn, startAndExit, startAndExit, move, move});
+    const Job listenAndNot = [this](int round) { listen(round % 2 == 0); };
+    atOnce({touch, show, show, turn, turn, startAndExit, startAndExit, move, move, listenAndNot});
+    listen(true);
     // No fold angle comes after this.
     atOnce({touch, show, turn, startAndExit, startAndExit, move, dieAndReturn, dieAndReturn});
     frame(100'000'000'000, false);
     EXPECT_GT(mLines, 0U);
+    EXPECT_GT(mRecorded, 0U);
 }
 
 // While the service takes its time over a call, events still come in and frames still go through: no lock is held

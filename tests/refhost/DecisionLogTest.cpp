@@ -3,14 +3,14 @@
 #include <sstream>
 
 #include "refhost/trace/TraceReader.h"
-#include "tests/refhost/StoryText.h"
+#include "tests/refhost/DecisionText.h"
 
 using namespace refhost;
 
 namespace {
 
-// The story would blame the wrong filter, or keep silent where a gesture ends otherwise than its first line promised.
-TEST(Story, TellsWhoTookAFingerAndWhoCouldNot) {
+// The log would blame the wrong filter, or miss where a gesture ends otherwise than its first line promised.
+TEST(DecisionLog, NamesTheFilterThatRemovesAFinger) {
     std::istringstream in(
         R"({"trace":"zqaft","version":1,"properties":{"ro.config.zq_hall_prop":"1","ro.config.zq_notch_size":"0,9,0,0"},"devices":[{"id":3,"name":"panel"}],"sensors":[{"type":65557,"handle":7}]}
 {"t":1000000,"call":"configureSurface","device":3,"width":1080,"height":2340,"orientation":3,"rawX":[0,1079],"rawY":[0,2339]}
@@ -34,25 +34,22 @@ TEST(Story, TellsWhoTookAFingerAndWhoCouldNot) {
 {"platform":"sensorEvent","type":65557,"handle":7,"timestamp":0,"values":[1,1]}
 {"platform":"sensorEvent","type":65557,"handle":7,"timestamp":0,"values":[1,2]})");
     TraceReader trace(in, "in");
-    EXPECT_EQ(storyOf(trace, false),
-              "1 noted landscape, orientation 3; 1 noted sensor service fails (enableSensor: result); "
-              "1 noted slide-cover sensor fails; 2 noted slide-cover filter idle; "
-              "2 held back finger 0 at (5, 9) (in the notch band, raw y 0 to 9; the notch filter logs nothing); "
-              "2 held back finger 1 at (50, 0) (in the notch band, raw y 0 to 9; the notch filter logs nothing); "
-              "2 noted notch-area window shown (Game: 2330, 0 to 2340, 5 of the display); "
-              "3 let through finger 0 at (5, 9) (in the notch band, but in a notch-area window); "
-              "4 noted portrait, orientation 0; "
-              "5 let through finger 1 at (50, 0) (no longer held in landscape: the notch filter does not act); "
-              "7 noted sensor service mended; 7 noted slide-cover sensor on; 7 noted slide cover in state 0; "
-              "10 kept finger 0 at (5, 50); 10 cancelled gesture of finger 0; 12 noted slide cover in state 2; "
-              "13 held back finger 1 at (6, 50); 13 cancelled gesture of finger 0; 14 lost finger 1 at (6, 50); "
-              "14 reported event 651; 25 noted slide-cover sensor off; "
-              "25 noted slide cover in state 1 (the filter does not hear of it); "
-              "25 noted slide cover in state 2 (the filter has it so already); ");
+    EXPECT_EQ(decisionsOf(trace),
+              "1 noted front-fingerprint area-off; 1 noted notch notch-surface; 1 noted sensor service fails; "
+              "1 noted slide-cover sensor-failed; 2 noted slide-cover cover-idle; "
+              "2 held back finger 0 at (5, 9): notch-band; 2 held back finger 1 at (50, 0): notch-band; "
+              "2 noted notch notch-windows; 3 let through finger 0 at (5, 9): notch-window; "
+              "4 noted notch notch-surface; 5 let through finger 1 at (50, 0): notch-portrait; "
+              "7 noted sensor service fixed; 7 noted slide-cover sensor-on; 7 noted slide-cover cover-state; "
+              "10 kept finger 0 at (5, 50): filter-off; 10 cancelled gesture of finger 0: abnormal-touch; "
+              "12 noted slide-cover cover-state; 13 held back finger 1 at (6, 50): cover-cancelled; "
+              "13 cancelled gesture of finger 0: cover-moved; 14 lost finger 1 at (6, 50): cover-cancelled; "
+              "14 reported event 651: cover-report; 25 noted slide-cover sensor-off; 25 noted sensor 65557 unheard; "
+              "4: 2 let through (1 to 3 ms late), 1 lost, 1 cancelled");
 }
 
-// Of two panels that are cancelled one after the other, the second's fingers would seem to be kept.
-TEST(Story, TellsTheCancelsOfEachPanel) {
+// When two panels are cancelled one after the other, the second's fingers would seem to be kept.
+TEST(DecisionLog, ShowsTheCancelsOfEachPanel) {
     std::string text =
         R"({"trace":"zqaft","version":1,"properties":{"ro.zqaft.tpfp.filter_area":"1,1,999,999"},"devices":[{"id":3,"name":"front"},{"id":4,"name":"back"},{"id":5,"name":"fingerprint"}]}
 {"call":"configureSurface","device":3,"width":1000,"height":1000,"orientation":0,"rawX":[0,999],"rawY":[0,999]})";
@@ -71,10 +68,11 @@ TEST(Story, TellsTheCancelsOfEachPanel) {
     frame(3, 9025, 102);
     std::istringstream in(text);
     TraceReader trace(in, "in");
-    EXPECT_EQ(storyOf(trace, false),
-              "9013 kept finger 0 at (1, 2); 9014 kept finger 0 at (1, 2) of device 4; "
-              "9015 held back key 513 down; 9024 cancelled gesture of finger 0 of device 4; "
-              "9025 cancelled gesture of finger 0; ");
+    EXPECT_EQ(decisionsOf(trace),
+              "0 noted front-fingerprint area-placed; 9013 kept finger 0 at (1, 2): no-doubt; "
+              "9014 kept finger 0 at (1, 2) of device 4: no-doubt; 9015 held back key 513 down: waits-for-finger; "
+              "9024 cancelled gesture of finger 0 of device 4: slide-over-sensor; "
+              "9025 cancelled gesture of finger 0: slide-over-sensor; 2: 2 cancelled");
 }
 
 // The time per call that a replay reports would be of another order than the calls' own.
