@@ -5,10 +5,14 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "aft/host/DecisionRecord.h"
 #include "platform/control/LogSink.h"
 #include "platform/control/Properties.h"
 #include "platform/control/SensorService.h"
 #include "platform/include/android/log.h"
+
+/// As an input service exports it.
+std::atomic<const android::DecisionListener*> aft_decision_listener_1 = nullptr;
 
 namespace bench {
 
@@ -27,6 +31,13 @@ std::filesystem::path copyOfTheLibrary(const std::string& name) {
 }
 
 }  // namespace
+
+Listening::Listening() {
+    static constexpr android::DecisionListener kIdle{[](const android::DecisionRecord&, void*) {}, nullptr};
+    aft_decision_listener_1 = &kIdle;
+}
+
+Listening::~Listening() { aft_decision_listener_1 = nullptr; }
 
 BenchPhone& BenchPhone::withEverything() {
     static BenchPhone phone("everything", {{"ro.zqaft.tpfp.filter_area", "0,2100,1080,2340"},

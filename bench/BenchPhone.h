@@ -10,6 +10,15 @@
 
 namespace bench {
 
+/// While it lives, the host listens to the decisions, and does nothing with them.
+class Listening {
+  public:
+    Listening();
+    ~Listening();
+    Listening(const Listening&) = delete;
+    Listening& operator=(const Listening&) = delete;
+};
+
 /// A phone of 1080 x 2340 with the built plug-in loaded, and the system properties given. It loads a copy of the
 /// library of its own: one process can so hold phones with different properties, though each library reads them once.
 /// The platform logs nothing below ERROR.

@@ -57,6 +57,14 @@ void frames(benchmark::State& state, BenchPhone& phone, int32_t y) {
 
 void frameAll(benchmark::State& state) { frames(state, BenchPhone::withEverything(), kMiddle); }
 void frameNear(benchmark::State& state) { frames(state, BenchPhone::withEverything(), kNearSensor); }
+void frameAllRecorded(benchmark::State& state) {
+    const Listening listening;
+    frames(state, BenchPhone::withEverything(), kMiddle);
+}
+void frameNearRecorded(benchmark::State& state) {
+    const Listening listening;
+    frames(state, BenchPhone::withEverything(), kNearSensor);
+}
 void frameOff(benchmark::State& state) { frames(state, BenchPhone::withNothing(), kMiddle); }
 
 /// A tap on the sensor with no finger on the panel: both are dispatched.
@@ -91,6 +99,8 @@ void windows(benchmark::State& state) {
 BENCHMARK(floorOf)->Name("floor")->Arg(1)->Arg(2)->Arg(5)->Arg(10);
 BENCHMARK(frameAll)->Name("frame_all")->Arg(1)->Arg(2)->Arg(5)->Arg(10);
 BENCHMARK(frameNear)->Name("frame_near")->Arg(1)->Arg(2)->Arg(5)->Arg(10);
+BENCHMARK(frameAllRecorded)->Name("frame_all_recorded")->Arg(1)->Arg(2)->Arg(5)->Arg(10);
+BENCHMARK(frameNearRecorded)->Name("frame_near_recorded")->Arg(1)->Arg(2)->Arg(5)->Arg(10);
 BENCHMARK(frameOff)->Name("frame_off")->Arg(1)->Arg(2)->Arg(5)->Arg(10);
 BENCHMARK(key)->Name("key");
 BENCHMARK(windows)->Name("windows")->Arg(1)->Arg(10)->Arg(40);
