@@ -35,16 +35,16 @@ TEST(DecisionLog, NamesTheFilterThatRemovesAFinger) {
 {"platform":"sensorEvent","type":65557,"handle":7,"timestamp":0,"values":[1,2]})");
     TraceReader trace(in, "in");
     EXPECT_EQ(decisionsOf(trace),
-              "1 noted front-fingerprint area-off; 1 noted notch notch-surface; 1 noted sensor service fails; "
-              "1 noted slide-cover sensor-failed; 2 noted slide-cover cover-idle; "
+              "1 noted front-fingerprint area-off*; 1 noted notch notch-surface; 1 noted sensor service fails; "
+              "1 noted slide-cover sensor-failed*; 2 noted slide-cover cover-idle*; "
               "2 held back finger 0 at (5, 9): notch-band; 2 held back finger 1 at (50, 0): notch-band; "
               "2 noted notch notch-windows; 3 let through finger 0 at (5, 9): notch-window; "
               "4 noted notch notch-surface; 5 let through finger 1 at (50, 0): notch-portrait; "
-              "7 noted sensor service fixed; 7 noted slide-cover sensor-on; 7 noted slide-cover cover-state; "
-              "10 kept finger 0 at (5, 50): filter-off; 10 cancelled gesture of finger 0: abnormal-touch; "
-              "12 noted slide-cover cover-state; 13 held back finger 1 at (6, 50): cover-cancelled; "
-              "13 cancelled gesture of finger 0: cover-moved; 14 lost finger 1 at (6, 50): cover-cancelled; "
-              "14 reported event 651: cover-report; 25 noted slide-cover sensor-off; 25 noted sensor 65557 unheard; "
+              "7 noted sensor service fixed; 7 noted slide-cover sensor-on*; 7 noted slide-cover cover-state*; "
+              "10 kept finger 0 at (5, 50): filter-off; 10 cancelled gesture of finger 0: abnormal-touch*; "
+              "12 noted slide-cover cover-state*; 13 held back finger 1 at (6, 50): cover-cancelled; "
+              "13 cancelled gesture of finger 0: cover-moved*; 14 lost finger 1 at (6, 50): cover-cancelled; "
+              "14 reported event 651: cover-report*; 25 noted slide-cover sensor-off*; 25 noted sensor 65557 unheard; "
               "4: 2 let through (1 to 3 ms late), 1 lost, 1 cancelled");
 }
 
@@ -70,9 +70,9 @@ TEST(DecisionLog, ShowsTheCancelsOfEachPanel) {
     TraceReader trace(in, "in");
     EXPECT_EQ(decisionsOf(trace),
               "0 noted front-fingerprint area-placed; 9013 kept finger 0 at (1, 2): no-doubt; "
-              "9014 kept finger 0 at (1, 2) of device 4: no-doubt; 9015 held back key 513 down: waits-for-finger; "
-              "9024 cancelled gesture of finger 0 of device 4: slide-over-sensor; "
-              "9025 cancelled gesture of finger 0: slide-over-sensor; 2: 2 cancelled");
+              "9014 kept finger 0 at (1, 2) of device 4: no-doubt; 9015 held back key 513 down: waits-for-finger*; "
+              "9024 cancelled gesture of finger 0 of device 4: slide-over-sensor*; "
+              "9025 cancelled gesture of finger 0: slide-over-sensor*; 2: 2 cancelled");
 }
 
 // The time per call that a replay reports would be of another order than the calls' own.

@@ -11,8 +11,8 @@
 
 namespace refhost {
 
-/// The decisions of a trace with their times in ms and their rules, then what of the contract is broken, then the
-/// summary of the fingers.
+/// The decisions of a trace with their times in ms and their rules, a "*" where the filter logged the decision, then
+/// what of the contract is broken, then the summary of the fingers.
 inline std::string decisionsOf(TraceSource& trace) {
     Player player(trace.header(), ZQAFT_PLUGIN_UNDER_TEST);
     DecisionLog log;
@@ -26,7 +26,9 @@ inline std::string decisionsOf(TraceSource& trace) {
             const bool isKnown = !meaningOf(decision.rule).empty() || decision.filter.empty();
             text += fmt::format("{} {} {}", (decision.when + 500'000) / 1'000'000, wordOf(decision.outcome),
                                 decision.subject);
-            text += decision.outcome == Outcome::Noted ? "; " : fmt::format(": {}{}; ", decision.rule, isKnown ? "" : "?");
+            if (decision.outcome != Outcome::Noted) text += fmt::format(": {}", decision.rule);
+            const bool isLogged = !decision.message.empty() && !decision.message.starts_with('(');
+            text += fmt::format("{}{}; ", isKnown ? "" : "?", isLogged ? "*" : "");
         }
     });
     for (const Breach& breach : check.breaches()) text += fmt::format("{} {}; ", breach.rule, breach.text);

@@ -56,14 +56,14 @@ const Recorded kRecorded[] = {
      "65000 noted front-fingerprint area-placed; 65000 noted notch notch-surface; "
      "65500 kept finger 0 at (538, 14): outside-area; 7: 4 kept, 1 let through (199 ms late), 2 lost"},
     {"phone-sensor-service-dies", "slide-cover", "traces/sensor-service-dies",
-     "60000 noted front-fingerprint area-placed; 60000 noted slide-cover sensor-on; "
-     "60000 noted slide-cover cover-state; 60000 kept finger 0 at (566, 1704): outside-area; "
-     "60700 noted sensor service dies; 60700 noted slide-cover sensor-lost; 61000 noted slide-cover cover-idle; "
+     "60000 noted front-fingerprint area-placed; 60000 noted slide-cover sensor-on*; "
+     "60000 noted slide-cover cover-state*; 60000 kept finger 0 at (566, 1704): outside-area; "
+     "60700 noted sensor service dies; 60700 noted slide-cover sensor-lost; 61000 noted slide-cover cover-idle*; "
      "61000 kept finger 0 at (612, 1884): outside-area; 61250 noted sensor 65557 unheard; "
      "61382 kept finger 1 at (331, 1422): outside-area; 62200 noted sensor service registers; "
-     "62200 noted slide-cover sensor-on; 62210 noted slide-cover cover-state; "
-     "62600 kept finger 0 at (522, 1304): outside-area; 62900 noted slide-cover cover-state; "
-     "62907 cancelled gesture of finger 0: cover-moved; 66310 reported event 651: cover-report; "
+     "62200 noted slide-cover sensor-on*; 62210 noted slide-cover cover-state*; "
+     "62600 kept finger 0 at (522, 1304): outside-area; 62900 noted slide-cover cover-state*; "
+     "62907 cancelled gesture of finger 0: cover-moved*; 66310 reported event 651: cover-report*; "
      "4: 3 kept, 1 cancelled"},
     {"phone-foldable", "folding", "traces-foldable/folding",
      ZQAFT_FOLDABLE ? ""

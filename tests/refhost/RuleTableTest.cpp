@@ -10,8 +10,8 @@
 namespace refhost {
 namespace {
 
-/// The rows of a document's tables of rules, each as "name: meaning". Such a table's head begins with "rule", a row with
-/// a name in backticks; its last cell is the meaning.
+/// The rows of a document's tables of rules, each as "name: meaning". Such a table's head begins with "rule", a row
+/// with a name in backticks; its last cell is the meaning.
 std::string rowsOf(const std::string& file) {
     std::istringstream document(readFile(ZQAFT_DOCS "/" + file));
     std::string rows;
