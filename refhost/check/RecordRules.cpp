@@ -12,7 +12,6 @@ namespace refhost {
 
 namespace {
 
-using android::BitSet32;
 using android::RuleNeeds;
 
 int64_t toMs(int64_t ns) { return ns / 1'000'000; }
