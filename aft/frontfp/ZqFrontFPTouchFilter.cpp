@@ -83,9 +83,9 @@ BitSet32 ZqFrontFPAftProcessor::judgeAll(RawPointerData& data, BitSet32 idBits, 
     return removeBits;
 }
 
-/// True, with all done that is to be done, where no finger is inside the filter area and none has been reported there
-/// (whoever is held back has been): most of what a phone is used for. One look at each finger is enough for it. The
-/// long way does the same, and records it.
+/// Handles a frame that has no finger inside the filter area and none that was reported there (a held-back finger
+/// was): most frames of a phone in use. One look at each finger is enough. judgeAll() does the same, and records it.
+/// @return true: the frame is handled; false: nothing has changed
 bool ZqFrontFPAftProcessor::allFar(const RawPointerData& data, BitSet32 idBits, const FrameConditions& now) {
     BitSet32 far{};
     for (auto [id, p] : contacts(data, idBits)) {

@@ -14,7 +14,7 @@ namespace {
 
 struct Life {
     const char* lines;
-    const char* told;  ///< what is found, in order; a breach ends in "!"
+    const char* found;  ///< what is found, in order; a breach ends in "!"
     int taken = -1;    ///< ms of a frame that comes out as if all its fingers were taken
     int passed = -1;   ///< and of one that comes out as it is handed in
 };
@@ -56,7 +56,7 @@ const Life kLives[] = {
 // reverse.
 TEST(TraceCheck, KnowsABreachFromWhatFiltersAreFor) {
     for (const Life& life : kLives) {
-        if (!ZQAFT_FOLDABLE && std::string_view(life.told).starts_with("fold")) continue;
+        if (!ZQAFT_FOLDABLE && std::string_view(life.found).starts_with("fold")) continue;
         Player player(headerOfWords(), ZQAFT_PLUGIN_UNDER_TEST);
         TraceCheck check(headerOfWords());
         for (const TraceLine& line : linesOf(life.lines)) {
@@ -71,10 +71,10 @@ TEST(TraceCheck, KnowsABreachFromWhatFiltersAreFor) {
             }
             check.hear(line, result);
         }
-        std::string told;
-        for (const Breach& breach : check.breaches()) told += fmt::format("{}! ", breach.rule);
-        for (const Designed& designed : check.designed()) told += fmt::format("{} ", designed.name);
-        EXPECT_EQ(told, life.told) << life.lines;
+        std::string found;
+        for (const Breach& breach : check.breaches()) found += fmt::format("{}! ", breach.rule);
+        for (const Designed& designed : check.designed()) found += fmt::format("{} ", designed.name);
+        EXPECT_EQ(found, life.found) << life.lines;
     }
 }
 
