@@ -15,8 +15,8 @@ namespace {
 struct Life {
     const char* lines;
     const char* found;  ///< what is found, in order; a breach ends in "!"
-    int taken = -1;    ///< ms of a frame that comes out as if all its fingers were taken
-    int passed = -1;   ///< and of one that comes out as it is handed in
+    int taken = -1;     ///< ms of a frame that comes out as if all its fingers were taken
+    int passed = -1;    ///< and of one that comes out as it is handed in
 };
 
 const Life kLives[] = {
